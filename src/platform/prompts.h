@@ -1,0 +1,30 @@
+// Message boxes: every text the program shows the user goes through here.
+// The boxes are titled with the application's title, "Quillmere".
+#pragma once
+
+#include <string_view>
+
+namespace qm {
+
+inline constexpr std::string_view kAppTitle = "Quillmere";
+
+enum class PromptIcon { Exclamation, Critical, Question, Information };
+enum class PromptButtons { Ok, YesNo };
+enum class PromptAnswer { Ok, Yes, No };
+
+class Prompts {
+ public:
+  virtual ~Prompts() = default;
+  // Shows the box and waits for the answer (a nested event loop on Windows).
+  virtual PromptAnswer Show(std::string_view text, PromptIcon icon, PromptButtons buttons) = 0;
+};
+
+// Lets the window-system events that are waiting run, as a long routine
+// does between steps ("let pending window events run").
+class EventPump {
+ public:
+  virtual ~EventPump() = default;
+  virtual void DoEvents() = 0;
+};
+
+}  // namespace qm
