@@ -1,0 +1,152 @@
+// The message flasher, frmMessage: the overlay that cycles through the
+// rotation list on two timers. Every period of TimerFrequency it puts the
+// next phrase into its label, shrinks itself around the label, jumps to a
+// random place on the screen, raises itself into the top-most band and arms
+// TimerDisplayLength; that timer's tick hides the label and re-arms the
+// interval timer. Everything but the phrase is the transparent key colour.
+//
+// This is the portable half: the cycle, the placement arithmetic and the
+// label's look. The window itself is an OverlayView (the Win32 overlay, or
+// a recording double in tests); time comes in through the two Timer ports.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/font_spec.h"
+#include "platform/ole_color.h"
+#include "platform/timer.h"
+
+namespace qm {
+
+// The rotation list: unset (nothing gathered) or a 0-based list of phrases.
+using PhraseList = std::optional<std::vector<std::string>>;
+
+// The screen as the flasher reads it once at load: size in pixels and the
+// screen's twips per pixel in each direction.
+struct ScreenMetrics {
+  float width = 0;
+  float height = 0;
+  float twipsPerPixelX = 15;
+  float twipsPerPixelY = 15;
+};
+
+// Sizes and places in twips (1/1440 inch).
+struct TwipsSize {
+  int width = 0;
+  int height = 0;
+};
+
+// The overlay window as the flasher drives it.
+class OverlayView {
+ public:
+  virtual ~OverlayView() = default;
+
+  // The label's text; the label sizes itself to the text.
+  virtual void SetCaption(std::string_view text) = 0;
+  // The label's size in twips, as sized to its current text and font.
+  virtual TwipsSize LabelSize() const = 0;
+  virtual void SetLabelVisible(bool visible) = 0;
+  virtual void SetLabelFont(const FontSpec& font) = 0;
+  virtual void SetLabelColor(OleColor color) = 0;
+
+  virtual void SetWindowHeight(int twips) = 0;
+  virtual void SetWindowWidth(int twips) = 0;
+  virtual void SetWindowPosition(int leftTwips, int topTwips) = 0;
+  // Makes every pixel of the key colour invisible; false when the window
+  // could not be made layered.
+  virtual bool MakeTransparent(OleColor key) = 0;
+  // Raises the window to the top of the top-most band, keeping its place.
+  virtual void MakeTopMost() = 0;
+  // Repaints the window now.
+  virtual void Refresh() = 0;
+
+  // The window's own show, hide and visibility (run control and the tray
+  // use them).
+  virtual void Show() = 0;
+  virtual void Hide() = 0;
+  virtual bool Visible() const = 0;
+};
+
+// What the flasher asks of the settings window before it raises a phrase:
+// while that window is shown or the tray menu is open, the cycle halts.
+class FlasherHost {
+ public:
+  virtual ~FlasherHost() = default;
+  virtual bool SettingsWindowVisible() const = 0;
+  virtual bool TrayMenuOpen() const = 0;
+};
+
+// A uniform generator of single-precision numbers in [0, 1).
+class RandomSource {
+ public:
+  virtual ~RandomSource() = default;
+  // Starts the sequence afresh from a number (the flasher uses the seconds
+  // since midnight).
+  virtual void Randomize(unsigned start) = 0;
+  virtual float Next() = 0;
+};
+
+class frmMessage {
+ public:
+  // The list the flasher holds from its creation until run control gives it
+  // one, and the list it falls back to when a tick finds none.
+  static const std::vector<std::string>& CreationList();
+  static const std::vector<std::string>& FallbackList();
+
+  frmMessage(OverlayView& view, Timer& timerFrequency, Timer& timerDisplayLength, RandomSource& random,
+             const FlasherHost& host);
+
+  // The window's load routine: starts the random sequence, puts the first
+  // phrase of the creation list into the label, makes the window
+  // transparent and keeps the screen's size.
+  void Form_Load(const ScreenMetrics& screen, unsigned secondsSinceMidnight);
+
+  // The rotation list: an assignment replaces it and keeps MessageIndex.
+  PhraseList MessageList;
+  // While true both tick routines do nothing.
+  bool bStopped = false;
+
+  // Runs the display tick: unless stopped, hides the label and arms the
+  // interval timer, so the next phrase comes one frequency period later.
+  void Begin();
+  // A random whole number between the two bounds, both included.
+  int RndNum(int upperBound, int lowerBound);
+
+  void TimerFrequency_Timer();
+  void TimerDisplayLength_Timer();
+
+  Timer& TimerFrequency() { return timerFrequency_; }
+  Timer& TimerDisplayLength() { return timerDisplayLength_; }
+
+  // The label's look, set from outside (settings, font panel, run control).
+  void SetLabelFont(const FontSpec& font);
+  const FontSpec& LabelFont() const { return labelFont_; }
+  void SetLabelColor(OleColor color);
+  OleColor LabelColor() const { return labelColor_; }
+
+  // The window's own show, hide and visibility.
+  void Show() { view_.Show(); }
+  void Hide() { view_.Hide(); }
+  bool Visible() const { return view_.Visible(); }
+
+  int MessageIndex() const { return messageIndex_; }
+
+ private:
+  OverlayView& view_;
+  Timer& timerFrequency_;
+  Timer& timerDisplayLength_;
+  RandomSource& random_;
+  const FlasherHost& host_;
+  int messageIndex_ = 0;
+  int screenWidth_ = 0;
+  int screenHeight_ = 0;
+  float twipsPerPixelX_ = 15;
+  float twipsPerPixelY_ = 15;
+  FontSpec labelFont_{};
+  OleColor labelColor_ = kLightGrey;
+};
+
+}  // namespace qm
