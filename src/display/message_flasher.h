@@ -127,6 +127,9 @@ class frmMessage {
   void SetLabelColor(OleColor color);
   OleColor LabelColor() const { return labelColor_; }
 
+  // Hides the phrase (run control does so before it shows the overlay).
+  void HideLabel() { view_.SetLabelVisible(false); }
+
   // The window's own show, hide and visibility.
   void Show() { view_.Show(); }
   void Hide() { view_.Hide(); }
