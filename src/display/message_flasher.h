@@ -89,8 +89,16 @@ class RandomSource {
   virtual float Next() = 0;
 };
 
+// The flasher. Both timers are disabled until Begin runs (the flasher is
+// stopped from its creation until run control starts it); their ticks are
+// wired to the two tick routines for the flasher's life, so the timers must
+// outlive it. Creating it gives the view the label's first font and colour.
 class frmMessage {
  public:
+  // The window is the label's size plus these, in twips.
+  static constexpr int kWindowExtraWidth = 50;
+  static constexpr int kWindowExtraHeight = 150;
+
   // The list the flasher holds from its creation until run control gives it
   // one, and the list it falls back to when a tick finds none.
   static const std::vector<std::string>& CreationList();
@@ -98,6 +106,9 @@ class frmMessage {
 
   frmMessage(OverlayView& view, Timer& timerFrequency, Timer& timerDisplayLength, RandomSource& random,
              const FlasherHost& host);
+  ~frmMessage();
+  frmMessage(const frmMessage&) = delete;
+  frmMessage& operator=(const frmMessage&) = delete;
 
   // The window's load routine: starts the random sequence, puts the first
   // phrase of the creation list into the label, makes the window
@@ -105,6 +116,7 @@ class frmMessage {
   void Form_Load(const ScreenMetrics& screen, unsigned secondsSinceMidnight);
 
   // The rotation list: an assignment replaces it and keeps MessageIndex.
+  // An empty list counts as none: the next tick falls back.
   PhraseList MessageList;
   // While true both tick routines do nothing.
   bool bStopped = false;
@@ -112,7 +124,9 @@ class frmMessage {
   // Runs the display tick: unless stopped, hides the label and arms the
   // interval timer, so the next phrase comes one frequency period later.
   void Begin();
-  // A random whole number between the two bounds, both included.
+  // A random whole number between the two bounds, both included: the next
+  // generator value times (upper - lower), plus lower, rounded half to even
+  // in single precision, so the two ends come with half the weight.
   int RndNum(int upperBound, int lowerBound);
 
   void TimerFrequency_Timer();
@@ -136,6 +150,9 @@ class frmMessage {
   bool Visible() const { return view_.Visible(); }
 
   int MessageIndex() const { return messageIndex_; }
+  // The screen's size in pixels as kept at load.
+  int ScreenWidth() const { return screenWidth_; }
+  int ScreenHeight() const { return screenHeight_; }
 
  private:
   OverlayView& view_;

@@ -1,0 +1,347 @@
+#include "display/message_flasher.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "../../support/fake_clock.h"
+#include "display/lcg_random.h"
+
+namespace qm {
+namespace {
+
+using namespace std::chrono_literals;
+using Phrases = std::vector<std::string>;
+
+// The overlay as the flasher drives it: every call is written to the log;
+// the label measures 10 twips a character by 300.
+class RecordingView final : public OverlayView {
+ public:
+  explicit RecordingView(const Timer* displayTimer = nullptr) : displayTimer_(displayTimer) {}
+
+  void SetCaption(std::string_view text) override {
+    caption = text;
+    Log("caption " + caption);
+  }
+  TwipsSize LabelSize() const override {
+    if (labelSize) return *labelSize;
+    return {static_cast<int>(caption.size()) * 10, 300};
+  }
+  void SetLabelVisible(bool v) override {
+    labelVisible = v;
+    Log(v ? "label shown" : "label hidden");
+  }
+  void SetLabelFont(const FontSpec& f) override { font = f; }
+  void SetLabelColor(OleColor c) override { color = c; }
+  void SetWindowHeight(int twips) override {
+    height = twips;
+    Log("height");
+  }
+  void SetWindowWidth(int twips) override {
+    width = twips;
+    Log("width");
+  }
+  void SetWindowPosition(int leftTwips, int topTwips) override {
+    left = leftTwips;
+    top = topTwips;
+    Log("place");
+  }
+  bool MakeTransparent(OleColor key) override {
+    transparentKey = key;
+    return false;  // the flasher must not care
+  }
+  void MakeTopMost() override { Log(Armed("raise")); }
+  void Refresh() override { Log(Armed("repaint")); }
+  void Show() override { visible = true; }
+  void Hide() override { visible = false; }
+  bool Visible() const override { return visible; }
+
+  std::vector<std::string> log;
+  std::string caption;
+  std::optional<TwipsSize> labelSize;
+  bool labelVisible = true;
+  bool visible = false;
+  int width = 0, height = 0, left = 0, top = 0;
+  std::optional<OleColor> transparentKey;
+  FontSpec font;
+  OleColor color = 0;
+
+ private:
+  void Log(std::string entry) { log.push_back(std::move(entry)); }
+  std::string Armed(std::string what) const {
+    return displayTimer_ && displayTimer_->Enabled() ? what + " (armed)" : what;
+  }
+  const Timer* displayTimer_;
+};
+
+// Hands out the values it was given, then 0.5 for ever.
+class ScriptedRandom final : public RandomSource {
+ public:
+  void Randomize(unsigned start) override { starts.push_back(start); }
+  float Next() override {
+    if (values.empty()) return 0.5f;
+    const float v = values.front();
+    values.pop_front();
+    return v;
+  }
+  std::deque<float> values;
+  std::vector<unsigned> starts;
+};
+
+class Host final : public FlasherHost {
+ public:
+  bool SettingsWindowVisible() const override { return settingsVisible; }
+  bool TrayMenuOpen() const override { return menuOpen; }
+  bool settingsVisible = false;
+  bool menuOpen = false;
+};
+
+class FlasherTest : public ::testing::Test {
+ protected:
+  FlasherTest() {
+    frequency->SetInterval(2000ms);
+    display->SetInterval(50ms);
+    flasher.Form_Load({1024, 768, 15, 15}, 4321);
+  }
+
+  // Runs one whole cycle from Waiting: the interval tick, then the display
+  // tick. Returns what the label showed in between.
+  std::string Cycle() {
+    clock.Advance(frequency->Interval());
+    const std::string seen = view.labelVisible ? view.caption : "<nothing>";
+    clock.Advance(display->Interval());
+    return seen;
+  }
+  Phrases Cycles(int n) {
+    Phrases seen;
+    for (int i = 0; i < n; ++i) seen.push_back(Cycle());
+    return seen;
+  }
+
+  test::FakeClock clock;
+  std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
+  std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
+  RecordingView view{display.get()};
+  ScriptedRandom random;
+  Host host;
+  frmMessage flasher{view, *frequency, *display, random, host};
+};
+
+TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
+  EXPECT_EQ(view.caption, "I want to buy this program");
+  EXPECT_EQ(flasher.MessageList, (Phrases{"I want to buy this program", "I love this program"}));
+  EXPECT_EQ(view.transparentKey, 0x00FFFFFFu);
+  EXPECT_EQ(random.starts, (std::vector<unsigned>{4321}));
+  EXPECT_EQ(view.font, FontSpec{});
+  EXPECT_EQ(view.color, 0x00C0C0C0u);
+  EXPECT_FALSE(flasher.bStopped);
+
+  clock.Advance(60s);
+  EXPECT_FALSE(frequency->Enabled());
+  EXPECT_FALSE(display->Enabled());
+  EXPECT_EQ(frequency->Ticks() + display->Ticks(), 0);
+
+  flasher.Begin();
+  EXPECT_FALSE(view.labelVisible);
+  EXPECT_TRUE(frequency->Enabled());
+  EXPECT_FALSE(display->Enabled());
+  clock.Advance(1999ms);
+  EXPECT_FALSE(view.labelVisible);
+  clock.Advance(1ms);
+  EXPECT_TRUE(view.labelVisible);
+  EXPECT_EQ(view.caption, "I love this program");  // element 1: the index starts at 0
+}
+
+TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEven) {
+  flasher.Form_Load({1022.5f, 767.5f, 15, 15}, 0);
+  EXPECT_EQ(flasher.ScreenWidth(), 1022);
+  EXPECT_EQ(flasher.ScreenHeight(), 768);
+}
+
+TEST_F(FlasherTest, UnsetListFallsBackAndAlternatesFromIndexOne) {
+  flasher.MessageList.reset();
+  flasher.Begin();
+  EXPECT_EQ(Cycles(4), (Phrases{"I love the subliminal program.", "I want to by the subliminal program",
+                                "I love the subliminal program.", "I want to by the subliminal program"}));
+  EXPECT_EQ(flasher.MessageList, frmMessage::FallbackList());
+}
+
+TEST_F(FlasherTest, EmptyListCountsAsUnset) {
+  flasher.MessageList = Phrases{};
+  flasher.Begin();
+  EXPECT_EQ(Cycle(), "I love the subliminal program.");
+}
+
+TEST_F(FlasherTest, OneElementListShowsItsPhraseEveryTime) {
+  flasher.MessageList = Phrases{"Breathe"};
+  flasher.Begin();
+  EXPECT_EQ(Cycles(3), (Phrases{"Breathe", "Breathe", "Breathe"}));
+}
+
+TEST_F(FlasherTest, ReplacingTheListKeepsTheIndex) {
+  flasher.MessageList = Phrases{"a", "b", "c", "d"};
+  flasher.Begin();
+  EXPECT_EQ(Cycles(3), (Phrases{"b", "c", "d"}));  // index now 3
+
+  flasher.MessageList = Phrases{"x", "y", "z", "w", "v"};
+  EXPECT_EQ(Cycle(), "v");  // the element after the one shown last
+
+  flasher.MessageList = Phrases{"p", "q"};  // index 4 is past its end
+  EXPECT_EQ(Cycles(2), (Phrases{"p", "q"}));
+}
+
+TEST_F(FlasherTest, StoppedFreezesTimersAndLabelInEveryState) {
+  flasher.Begin();
+  clock.Advance(frequency->Interval());  // Showing
+  ASSERT_TRUE(display->Enabled());
+  ASSERT_TRUE(view.labelVisible);
+
+  flasher.bStopped = true;
+  const auto logSize = view.log.size();
+  clock.Advance(10s);
+  flasher.Begin();
+  EXPECT_TRUE(display->Enabled());
+  EXPECT_FALSE(frequency->Enabled());
+  EXPECT_TRUE(view.labelVisible);
+  EXPECT_EQ(view.log.size(), logSize);
+
+  flasher.bStopped = false;  // back to Showing: the next display tick hides
+  clock.Advance(display->Interval());
+  EXPECT_FALSE(view.labelVisible);
+  EXPECT_TRUE(frequency->Enabled());
+
+  flasher.bStopped = true;  // Waiting, stopped: the interval ticks come and go
+  const std::string caption = view.caption;
+  clock.Advance(10s);
+  EXPECT_TRUE(frequency->Enabled());
+  EXPECT_FALSE(display->Enabled());
+  EXPECT_FALSE(view.labelVisible);
+  EXPECT_EQ(view.caption, caption);
+}
+
+TEST_F(FlasherTest, SettingsWindowOrTrayMenuHaltsTheCycleWithThePhraseUp) {
+  for (bool settings : {true, false}) {
+    host.settingsVisible = settings;
+    host.menuOpen = !settings;
+    flasher.MessageList = Phrases{"one", "two"};
+    flasher.Begin();
+    view.log.clear();
+    clock.Advance(frequency->Interval());
+
+    EXPECT_TRUE(view.labelVisible);
+    EXPECT_FALSE(frequency->Enabled());
+    EXPECT_FALSE(display->Enabled());
+    EXPECT_EQ(std::count(view.log.begin(), view.log.end(), "raise"), 0);
+    clock.Advance(60s);  // Halted: nothing happens until Begin
+    EXPECT_TRUE(view.labelVisible);
+
+    host.settingsVisible = host.menuOpen = false;
+    flasher.Begin();
+    EXPECT_FALSE(view.labelVisible);
+    EXPECT_TRUE(frequency->Enabled());
+  }
+}
+
+TEST_F(FlasherTest, ATickCallsTheViewInOrderAndArmsBeforeTheRepaint) {
+  flasher.MessageList = Phrases{"zero", "one"};
+  flasher.Begin();
+  view.log.clear();
+  clock.Advance(frequency->Interval());
+  EXPECT_EQ(view.log, (std::vector<std::string>{"caption one", "height", "width", "place", "label shown",
+                                                "raise", "repaint (armed)"}));
+  view.log.clear();
+  clock.Advance(display->Interval());
+  EXPECT_EQ(view.log, (std::vector<std::string>{"label hidden"}));
+}
+
+TEST_F(FlasherTest, WindowFollowsTheLabelAndIsPlacedFromTheLabelAlone) {
+  view.labelSize = TwipsSize{1500, 300};  // 100 x 20 pixels
+  random.values = {0.5f, 0.25f};          // top first, then left
+  flasher.Begin();
+  clock.Advance(frequency->Interval());
+  EXPECT_EQ(view.width, 1550);
+  EXPECT_EQ(view.height, 450);
+  EXPECT_EQ(view.top, (768 - 20) / 2 * 15);
+  EXPECT_EQ(view.left, (1024 - 100) / 4 * 15);
+}
+
+TEST_F(FlasherTest, PlacementUsesTheScreensOwnTwipsPerPixel) {
+  // 12.5 twips a pixel across, 20 down: a label of 1500 x 300 twips is
+  // 120 x 15 pixels on that screen.
+  flasher.Form_Load({800, 600, 12.5f, 20}, 0);
+  view.labelSize = TwipsSize{1500, 300};
+  random.values = {0.9999999f, 0.5f};
+  flasher.Begin();
+  clock.Advance(frequency->Interval());
+  EXPECT_EQ(view.top, (600 - 15) * 20);
+  EXPECT_EQ(view.left, (800 - 120) / 2 * 25 / 2);
+}
+
+TEST_F(FlasherTest, LabelLargerThanTheScreenGoesPartlyOffTheEdge) {
+  view.labelSize = TwipsSize{1024 * 15 + 1500, 768 * 15 + 600};  // 100 and 40 pixels too big
+  random.values = {0.5f, 0.0f};
+  flasher.Begin();
+  clock.Advance(frequency->Interval());
+  EXPECT_EQ(view.top, -20 * 15);
+  EXPECT_EQ(view.left, 0);
+}
+
+TEST_F(FlasherTest, RndNumRoundsHalfToEvenBetweenTheBounds) {
+  random.values = {0.0f, 0.9999999f, 0.25f, 0.75f, 0.5f, 0.3f};
+  EXPECT_EQ(flasher.RndNum(10, 0), 0);
+  EXPECT_EQ(flasher.RndNum(10, 0), 10);
+  EXPECT_EQ(flasher.RndNum(2, 0), 0);  // 0.5 rounds to 0
+  EXPECT_EQ(flasher.RndNum(2, 0), 2);  // 1.5 rounds to 2
+  EXPECT_EQ(flasher.RndNum(-100, 0), -50);
+  EXPECT_EQ(flasher.RndNum(20, 10), 13);
+}
+
+TEST(LcgRandomTest, EndsOfRndNumComeWithHalfTheWeight) {
+  LcgRandom random(12345);
+  test::FakeClock clock;
+  auto t1 = clock.MakeTimer(), t2 = clock.MakeTimer();
+  RecordingView view;
+  Host host;
+  frmMessage flasher{view, *t1, *t2, random, host};
+
+  std::map<int, int> counts;
+  constexpr int kDraws = 110000;
+  for (int i = 0; i < kDraws; ++i) ++counts[flasher.RndNum(10, 0)];
+  ASSERT_EQ(counts.size(), 11u);
+  EXPECT_EQ(counts.begin()->first, 0);
+  EXPECT_EQ(counts.rbegin()->first, 10);
+  for (int v = 1; v <= 9; ++v) EXPECT_NEAR(counts[v], kDraws / 10, kDraws / 100) << v;
+  EXPECT_NEAR(counts[0], kDraws / 20, kDraws / 100);
+  EXPECT_NEAR(counts[10], kDraws / 20, kDraws / 100);
+}
+
+TEST(LcgRandomTest, RestartingRepeatsTheSequenceWithinTheUnitInterval) {
+  LcgRandom a(86399), b(0);
+  std::vector<float> first;
+  for (int i = 0; i < 1000; ++i) {
+    const float v = a.Next();
+    ASSERT_GE(v, 0.0f);
+    ASSERT_LT(v, 1.0f);
+    first.push_back(v);
+  }
+  b.Randomize(86399);
+  for (float v : first) ASSERT_EQ(b.Next(), v);
+  b.Randomize(86398);
+  EXPECT_NE(b.Next(), first[0]);
+}
+
+TEST_F(FlasherTest, FontAndColourReachTheViewAndAreKept) {
+  const FontSpec font{"Verdana", 24, true, true, true, false};
+  flasher.SetLabelFont(font);
+  flasher.SetLabelColor(0x800000'08);
+  EXPECT_EQ(view.font, font);
+  EXPECT_EQ(flasher.LabelFont(), font);
+  EXPECT_EQ(view.color, 0x80000008u);
+  EXPECT_EQ(flasher.LabelColor(), 0x80000008u);
+}
+
+}  // namespace
+}  // namespace qm
