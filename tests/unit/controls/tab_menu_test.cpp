@@ -1,0 +1,258 @@
+// The tab bar's model: where buttons go, which picture each shows, and the
+// events that clicks and mouse moves raise.
+#include "controls/tab_menu.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace qm {
+namespace {
+
+// A bar with "Messages", "Help", "About" (elements 2, 3, 4) that records
+// its events as "click:<SelectedItem>" and "menu:<SelectedItem>".
+struct SettingsBar {
+  TabMenu bar;
+  std::vector<std::string> raised;
+
+  SettingsBar() {
+    bar.events.ItemClick = [this] { raised.push_back("click:" + bar.SelectedItem()); };
+    bar.events.ItemMenuClick = [this] { raised.push_back("menu:" + bar.SelectedItem()); };
+    bar.AddButton(1, "Messages");
+    bar.AddButton(1, "Help");
+    bar.AddButton(1, "About");
+  }
+  TabButton& Messages() { return bar.Tab(2); }
+  TabButton& Help() { return bar.Tab(3); }
+  TabButton& About() { return bar.Tab(4); }
+};
+
+void ExpectNormal(const TabButton& tab) {
+  EXPECT_FALSE(tab.HasFocus()) << tab.ButtonText();
+  EXPECT_EQ(tab.ImgButton(), TabPicture::Normal) << tab.ButtonText();
+  EXPECT_EQ(tab.LblTextColor(), 0x00400000u) << tab.ButtonText();
+}
+
+void ExpectFocused(const TabButton& tab) {
+  EXPECT_TRUE(tab.HasFocus()) << tab.ButtonText();
+  EXPECT_EQ(tab.ImgButton(), TabPicture::Down) << tab.ButtonText();
+  EXPECT_EQ(tab.LblTextColor(), 0x00FFFFFFu) << tab.ButtonText();
+}
+
+TEST(TabMenuLayout, TabsSitSideBySideWithDividersAtTheirRightEdges) {
+  SettingsBar s;
+  ASSERT_EQ(s.bar.TabButtonUBound(), 4);
+  int left = 0;
+  for (std::int16_t i = 2; i <= 4; ++i) {
+    const TabButton& tab = s.bar.Tab(i);
+    EXPECT_EQ(tab.Bounds(), (TwipRect{left, 0, 1050, 525})) << i;
+    EXPECT_TRUE(tab.Visible());
+    const TwipRect sep = tab.Separator().Bounds();
+    EXPECT_EQ(sep.left, tab.ImgButtonRect().width) << "the divider follows the picture box";
+    EXPECT_LE(sep.left + sep.width, tab.Bounds().width) << "and lies inside the tab";
+    EXPECT_EQ(sep.top, 100);
+    left += 1050;
+  }
+  EXPECT_EQ(s.Messages().ButtonText(), "Messages");
+  EXPECT_EQ(s.About().LblText(), "About");
+
+  // The templates stay hidden where they were placed, with the caption
+  // given at design time and no ButtonText.
+  EXPECT_FALSE(s.bar.Tab(1).Visible());
+  EXPECT_EQ(s.bar.Tab(1).Bounds(), (TwipRect{840, 720, 1050, 525}));
+  EXPECT_EQ(s.bar.Tab(1).LblText(), "ItemText");
+  EXPECT_EQ(s.bar.Tab(1).ButtonText(), "");
+  EXPECT_FALSE(s.bar.MenuButton(1).Visible());
+  EXPECT_EQ(s.bar.MenuButton(1).Bounds(), (TwipRect{120, 720, 405, 525}));
+  EXPECT_THROW(s.bar.Tab(5), std::out_of_range);
+  EXPECT_THROW(s.bar.MenuButton(0), std::out_of_range);
+}
+
+TEST(TabMenuLayout, EachButtonIsAddedAtTheRightHandEnd) {
+  TabMenu bar;
+  std::vector<const TabElement*> created;
+  bar.ElementCreated = [&](TabElement& e) { created.push_back(&e); };
+  for (std::int16_t style : {1, 2, 1, 2, 2, 1}) bar.AddButton(style, "x");
+
+  ASSERT_EQ(created.size(), 6u);
+  EXPECT_EQ(bar.TabButtonUBound(), 4);
+  EXPECT_EQ(bar.TabButtonMenuUBound(), 4);
+  std::vector<int> lefts;
+  for (const TabElement* e : created) {
+    lefts.push_back(e->Bounds().left);
+    EXPECT_EQ(e->Bounds().top, 0);
+    EXPECT_EQ(e->Bounds().height, 525);
+    EXPECT_EQ(e->Bounds().width, e->IsTab() ? 1050 : 405);
+  }
+  EXPECT_EQ(lefts, (std::vector<int>{0, 1050, 1455, 2505, 2910, 3315}));
+  EXPECT_EQ(bar.MenuButton(2).ImgButtonRect().width, 330);
+  EXPECT_EQ(bar.MenuButton(2).Separator().Bounds().left, 330);
+}
+
+TEST(TabMenuLayout, OtherStylesAddNothingAndRaiseNothing) {
+  SettingsBar s;
+  int created = 0;
+  s.bar.ElementCreated = [&](TabElement&) { ++created; };
+  for (std::int16_t style : {0, 3, -1, 32767}) s.bar.AddButton(style, "Nope");
+  EXPECT_EQ(created, 0);
+  EXPECT_EQ(s.bar.TabButtonUBound(), 4);
+  EXPECT_EQ(s.bar.TabButtonMenuUBound(), 1);
+  EXPECT_TRUE(s.raised.empty());
+  EXPECT_EQ(s.bar.SelectedItem(), "");
+}
+
+TEST(TabMenuLayout, APlaceBeyond16BitsIsRefusedBeforeAnythingIsAdded) {
+  TabMenu bar;
+  for (int i = 0; i < 32; ++i) bar.AddButton(1, "t");  // the 32nd at 32550
+  EXPECT_EQ(bar.Tab(33).Bounds().left, 32550);
+  EXPECT_THROW(bar.AddButton(1, "t"), std::overflow_error);
+  EXPECT_THROW(bar.AddButton(2, ""), std::overflow_error);
+  EXPECT_EQ(bar.TabButtonUBound(), 33);
+  EXPECT_EQ(bar.TabButtonMenuUBound(), 1);
+}
+
+TEST(TabMenuLayout, TheBarKeepsTheStripHeight) {
+  TabMenu bar;
+  bar.Resize(6870);
+  EXPECT_EQ(bar.Width(), 6870);
+  EXPECT_EQ(bar.Height(), 525);
+  EXPECT_EQ(bar.ImgBG(), (TwipRect{0, 0, 6870, 525}));
+}
+
+TEST(TabMenuClicks, SetTabFocusSelectsTheNthAddedTab) {
+  SettingsBar s;
+  s.bar.SetTabFocus(1);
+  EXPECT_EQ(s.raised, (std::vector<std::string>{"click:Messages"}));
+  ExpectFocused(s.Messages());
+  ExpectNormal(s.Help());
+  ExpectNormal(s.About());
+
+  s.bar.SetTabFocus(3);
+  EXPECT_EQ(s.bar.SelectedItem(), "About");
+  ExpectNormal(s.Messages());
+  ExpectFocused(s.About());
+
+  // A number without a tab does nothing.
+  s.bar.SetTabFocus(4);
+  s.bar.SetTabFocus(-2);
+  EXPECT_EQ(s.raised.size(), 2u);
+  ExpectFocused(s.About());
+}
+
+TEST(TabMenuClicks, TheReceiverRunsBeforeTheClickedTabTakesItsFocusedLook) {
+  SettingsBar s;
+  s.bar.SetTabFocus(1);
+  bool checked = false;
+  s.bar.events.ItemClick = [&] {
+    EXPECT_EQ(s.bar.SelectedItem(), "Help");
+    ExpectNormal(s.Messages());  // the others have already lost the focus
+    EXPECT_FALSE(s.Help().HasFocus()) << "the clicked one is not focused yet";
+    EXPECT_EQ(s.Help().LblTextColor(), 0x00400000u);
+    EXPECT_EQ(s.Help().ImgButton(), TabPicture::Down) << "it shows the pressed picture";
+    // The receiver may grow the bar while it handles the click.
+    for (int i = 0; i < 20; ++i) s.bar.AddButton(1, "More");
+    checked = true;
+  };
+  s.Help().ImgButton_MouseDown();
+  s.Help().ImgButton_Click();
+  EXPECT_TRUE(checked);
+  ExpectFocused(s.Help());
+  ExpectNormal(s.Messages());
+}
+
+TEST(TabMenuClicks, ClickingTheFocusedTabAgainRaisesItemClickAgain) {
+  SettingsBar s;
+  s.bar.SetTabFocus(2);
+  s.Help().ImgButton_Click();
+  EXPECT_EQ(s.raised, (std::vector<std::string>{"click:Help", "click:Help"}));
+  ExpectFocused(s.Help());
+}
+
+TEST(TabMenuClicks, AMenuButtonReportsItsNumberLessOneAndLeavesTheTabsAlone) {
+  SettingsBar s;
+  s.bar.AddButton(2, "ignored");
+  s.bar.AddButton(2, "");
+  s.bar.SetTabFocus(1);
+  s.raised.clear();
+
+  s.bar.MenuButton(2).ImgButton_Click();
+  s.bar.MenuButton(3).ImgButton_Click();
+  EXPECT_EQ(s.raised, (std::vector<std::string>{"menu:1", "menu:2"}));
+  ExpectFocused(s.Messages());
+  EXPECT_EQ(s.bar.MenuButton(2).ImgButton(), TabPicture::Normal) << "a menu button has no focused look";
+}
+
+TEST(TabMenuHover, HoverMovesFromButtonToButton) {
+  SettingsBar s;
+  s.bar.AddButton(2, "");
+  int redraws = 0;
+  s.Help().Changed = [&] { ++redraws; };
+
+  s.Help().ImgButton_MouseMove();
+  s.Help().ImgButton_MouseMove();
+  EXPECT_EQ(s.Help().ImgButton(), TabPicture::Over);
+  EXPECT_EQ(redraws, 1) << "only a change of look asks for a redraw";
+
+  s.About().ImgButton_MouseMove();
+  EXPECT_EQ(s.About().ImgButton(), TabPicture::Over);
+  EXPECT_EQ(s.Help().ImgButton(), TabPicture::Normal);
+
+  TabButtonMenu& menu = s.bar.MenuButton(2);
+  menu.ImgButton_MouseMove();
+  EXPECT_EQ(menu.ImgButton(), TabPicture::Over);
+  EXPECT_EQ(s.About().ImgButton(), TabPicture::Normal);
+
+  // A tab whose element number equals the menu button's does not take the
+  // menu button's hover away: the bar skips that number in both lists.
+  s.Messages().ImgButton_MouseMove();  // element 2, like the menu button
+  EXPECT_EQ(menu.ImgButton(), TabPicture::Over);
+  s.Help().ImgButton_MouseMove();
+  EXPECT_EQ(menu.ImgButton(), TabPicture::Normal);
+  EXPECT_EQ(s.Messages().ImgButton(), TabPicture::Normal);
+}
+
+TEST(TabMenuHover, AFocusedTabNeverShowsHover) {
+  SettingsBar s;
+  s.bar.SetTabFocus(1);
+  s.Messages().ImgButton_MouseMove();
+  ExpectFocused(s.Messages());
+  s.Help().ImgButton_MouseMove();
+  ExpectFocused(s.Messages());
+  EXPECT_EQ(s.Help().ImgButton(), TabPicture::Over);
+  EXPECT_EQ(s.Help().LblTextColor(), 0x00400000u);
+}
+
+TEST(TabMenuHover, PressingShowsTheDownPictureWithTheCaptionUnchanged) {
+  SettingsBar s;
+  s.Help().ImgButton_MouseDown();
+  EXPECT_EQ(s.Help().ImgButton(), TabPicture::Down);
+  EXPECT_FALSE(s.Help().HasFocus());
+  EXPECT_EQ(s.Help().LblTextColor(), 0x00400000u);
+  s.Help().ImgButton_MouseMove();  // dragged off without releasing
+  EXPECT_EQ(s.Help().ImgButton(), TabPicture::Over);
+  EXPECT_TRUE(s.raised.empty());
+
+  s.bar.AddButton(2, "");
+  TabButtonMenu& menu = s.bar.MenuButton(2);
+  menu.ImgButton_MouseDown();
+  EXPECT_EQ(menu.ImgButton(), TabPicture::Down);
+  menu.MoveMouseOff();
+  EXPECT_EQ(menu.ImgButton(), TabPicture::Normal);
+}
+
+TEST(TabMenuHover, MouseInputCountsOnlyOnThePictureBoxAndTheCaption) {
+  SettingsBar s;
+  const TabButton& tab = s.Messages();
+  EXPECT_TRUE(tab.Hits(0, 0));
+  EXPECT_TRUE(tab.Hits(974, 524));
+  EXPECT_FALSE(tab.Hits(975, 300)) << "the divider's strip";
+  EXPECT_FALSE(tab.Hits(-1, 10));
+  s.bar.AddButton(2, "");
+  EXPECT_TRUE(s.bar.MenuButton(2).Hits(329, 10));
+  EXPECT_FALSE(s.bar.MenuButton(2).Hits(330, 10));
+}
+
+}  // namespace
+}  // namespace qm
