@@ -1,0 +1,205 @@
+#include "library/message_library.h"
+
+#include <utility>
+#include <vector>
+
+#include "library/line_file.h"
+#include "platform/ansi_text.h"
+
+namespace qm {
+namespace {
+
+// Attempts at writing the category-state file before giving up.
+constexpr int kStateWriteAttempts = 101;
+
+std::string Quoted(std::string_view before, std::string_view name, std::string_view after) {
+  std::string text(before);
+  text += '"';
+  text += name;
+  text += '"';
+  text += after;
+  return text;
+}
+
+}  // namespace
+
+void FillComboWithFiles(CheckedList& list, FileSystem& files, std::string_view programFolder,
+                        std::string_view folder, std::string_view extension) {
+  std::string path(programFolder);
+  path += '\\';
+  path += folder;
+  std::vector<CheckedList::Item> items;
+  for (std::string& name : files.List(path, extension)) {
+    name.resize(name.size() >= 4 ? name.size() - 4 : 0);
+    items.push_back({std::move(name), false});
+  }
+  // One sort for the whole folder rather than one insertion per file.
+  list.Assign(std::move(items));
+}
+
+bool AddUniqueItem(CheckedList& list, std::string_view text, std::string_view message, Prompts& prompts) {
+  const int existing = list.Find(text);
+  if (existing >= 0) {
+    list.SetListIndex(existing);
+    prompts.Show(message, PromptIcon::Exclamation, PromptButtons::Ok);
+    return true;
+  }
+  list.SetListIndex(list.AddItem(std::string(text)));
+  return false;
+}
+
+void SetItemChecked(CheckedList& list, std::string_view name, bool checked) {
+  list.SetItemChecked(list.Find(name), checked);
+}
+
+MessageLibrary::MessageLibrary(std::string programFolder, FileSystem& files, Prompts& prompts,
+                               EventPump& events, CheckedList& categories, CheckedList& phrases)
+    : programFolder_(std::move(programFolder)),
+      files_(files),
+      prompts_(prompts),
+      events_(events),
+      lstMessageCategories(categories),
+      lstPhrases(phrases) {}
+
+void MessageLibrary::StartUp() {
+  ListCategories();
+  LoadCheckedCategories();
+  if (lstMessageCategories.ListCount() > 0) lstMessageCategories.SetListIndex(0);
+  lstMessageCategories_Click();
+}
+
+void MessageLibrary::ListCategories() {
+  FillComboWithFiles(lstMessageCategories, files_, programFolder_, kListsFolder, kListsExtension);
+}
+
+void MessageLibrary::LoadCheckedCategories() {
+  const std::string path = ProgramPath(programFolder_, kCategoryStateFile);
+  const std::optional<std::string> text = files_.ReadAll(path);
+  // A state file that is there but cannot be read keeps its marks: the
+  // categories show unchecked, and SaveCheckedCategories leaves it alone.
+  stateUnreadable_ = !text && files_.Exists(path);
+  if (!text) return;
+  ForEachLine(*text, [&](std::string_view line) {
+    MarkedLine marked = ParseMarkedLine(line);
+    SetItemChecked(lstMessageCategories, marked.text, marked.checked);
+  });
+}
+
+bool MessageLibrary::lstMessageCategories_Click() {
+  const std::string name = SelectedCategory();
+  const std::string path = CategoryPath(name);
+  lstPhrases.Clear();
+  unreadableCategory_.reset();
+  if (!files_.Exists(path)) return true;
+  const std::optional<std::string> text = files_.ReadAll(path);
+  if (!text) {
+    unreadableCategory_ = name;
+    return false;
+  }
+  std::vector<CheckedList::Item> items;
+  ForEachLine(*text, [&](std::string_view line) {
+    MarkedLine marked = ParseMarkedLine(line);
+    items.push_back({std::move(marked.text), marked.checked});
+  });
+  // Each mark stays with the phrase of its own line; one sort for the lot.
+  lstPhrases.Assign(std::move(items));
+  return true;
+}
+
+SaveResult MessageLibrary::SavePhrases() {
+  std::string name = SelectedCategory();
+  const std::string path = CategoryPath(name);
+  if (unreadableCategory_ && EqualsNoCase(*unreadableCategory_, name))
+    return Report(SaveStatus::Unreadable, std::move(name));
+
+  if (lstPhrases.ListCount() == 0) {
+    // A category whose last phrase went loses its file.
+    if (!files_.Exists(path)) return {SaveStatus::NoFile, std::move(name)};
+    if (!files_.Remove(path)) return Report(SaveStatus::DeleteFailed, std::move(name));
+    return {SaveStatus::Deleted, std::move(name)};
+  }
+
+  const int highlighted = lstPhrases.ListIndex();
+  std::vector<std::string> lines;
+  lines.reserve(lstPhrases.Items().size());
+  for (const CheckedList::Item& item : lstPhrases.Items())
+    lines.push_back(FormatMarkedLine(item.checked, item.text));
+  const bool written = WriteCategoryFile(path, JoinLines(lines));
+  lstPhrases.SetListIndex(highlighted);
+  if (!written) return Report(SaveStatus::WriteFailed, std::move(name));
+  return {SaveStatus::Written, std::move(name)};
+}
+
+bool MessageLibrary::SaveCheckedCategories() {
+  if (lstMessageCategories.ListCount() == 0) return true;
+  if (stateUnreadable_) return false;
+
+  const int highlighted = lstMessageCategories.ListIndex();
+  std::vector<std::string> lines;
+  lines.reserve(lstMessageCategories.Items().size());
+  for (const CheckedList::Item& item : lstMessageCategories.Items())
+    lines.push_back(FormatMarkedLine(item.checked, item.text));
+  const std::string text = JoinLines(lines);
+  const std::string path = ProgramPath(programFolder_, kCategoryStateFile);
+
+  // The file may be held briefly by another program: try again after
+  // letting the window events run, and after the last attempt say nothing.
+  bool written = false;
+  for (int attempt = 0; attempt < kStateWriteAttempts && !written; ++attempt) {
+    events_.DoEvents();
+    written = files_.WriteAll(path, text);
+  }
+  lstMessageCategories.SetListIndex(highlighted);
+  return written;
+}
+
+std::string MessageLibrary::SelectedCategory() const {
+  const int index = lstMessageCategories.ListIndex();
+  return index >= 0 ? lstMessageCategories.ItemText(index) : std::string();
+}
+
+std::string MessageLibrary::CategoryPath(std::string_view name) const {
+  std::string relative = "\\";
+  relative += kListsFolder;
+  relative += '\\';
+  relative += name;
+  relative += '.';
+  relative += kListsExtension;
+  return ProgramPath(programFolder_, relative);
+}
+
+bool MessageLibrary::CreateCategoryFile(std::string_view name) {
+  const std::string path = CategoryPath(name);
+  return files_.Exists(path) || WriteCategoryFile(path, {});
+}
+
+bool MessageLibrary::WriteCategoryFile(const std::string& path, std::string_view bytes) {
+  // The "Lists" folder is made when the first category file goes into it.
+  std::string folder = ProgramPath(programFolder_, "\\");
+  folder += kListsFolder;
+  files_.MakeFolder(folder);
+  return files_.WriteAll(path, bytes);
+}
+
+SaveResult MessageLibrary::Report(SaveStatus status, std::string category) {
+  std::string text;
+  switch (status) {
+    case SaveStatus::WriteFailed:
+      text = Quoted("The phrases of the category ", category,
+                    " could not be saved. Its file was left as it was.");
+      break;
+    case SaveStatus::DeleteFailed:
+      text = Quoted("The category ", category, " has no phrases left, but its file could not be deleted.");
+      break;
+    case SaveStatus::Unreadable:
+      text = Quoted("The phrases of the category ", category,
+                    " could not be read, so they were not saved. Its file was left as it was.");
+      break;
+    default:
+      break;
+  }
+  if (!text.empty()) prompts_.Show(text, PromptIcon::Critical, PromptButtons::Ok);
+  return {status, std::move(category)};
+}
+
+}  // namespace qm
