@@ -5,6 +5,7 @@
 #include "platform/ansi_text.h"
 
 namespace qm {
+
 void CheckedList::Clear() {
   items_.clear();
   listIndex_ = -1;

@@ -94,11 +94,13 @@ class MessageLibrary {
   // Writes the highlighted category's file from lstPhrases, or deletes it
   // when lstPhrases is empty, creating the "Lists" folder when needed. A
   // failure leaves the file as it was and is shown to the user here, with
-  // the stop icon, in one of these texts (NAME the category's name):
-  //   The phrases of the category "NAME" could not be saved. Its file was left as it was.
-  //   The category "NAME" has no phrases left, but its file could not be deleted.
-  //   The phrases of the category "NAME" could not be read, so they were not saved. Its file was left as it
-  //   was.
+  // the stop icon, in one of these texts (NAME: the category's name):
+  //   The phrases of the category "NAME" could not be saved.
+  //     Its file was left as it was.
+  //   The category "NAME" has no phrases left, but its file could not be
+  //     deleted.
+  //   The phrases of the category "NAME" could not be read, so they were
+  //     not saved. Its file was left as it was.
   // Callers show nothing more.
   SaveResult SavePhrases();
   // Writes the category-state file from lstMessageCategories, with up to
