@@ -64,7 +64,9 @@ class MessageLibraryTest : public ::testing::Test {
   void ExpectOneStopBoxNaming(std::string_view name) {
     ASSERT_EQ(prompts.shown.size(), 1u);
     EXPECT_EQ(prompts.shown[0].icon, PromptIcon::Critical);
-    EXPECT_NE(prompts.shown[0].text.find("\"" + std::string(name) + "\""), std::string::npos);
+    std::string quoted(1, '"');
+    quoted.append(name).push_back('"');
+    EXPECT_NE(prompts.shown[0].text.find(quoted), std::string::npos);
     prompts.shown.clear();
   }
   void MakeHuge(std::string_view relative) { sfs::resize_file(dir.Native(relative), kMaxReadBytes + 1); }
