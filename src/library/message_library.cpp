@@ -21,6 +21,15 @@ std::string Quoted(std::string_view before, std::string_view name, std::string_v
   return text;
 }
 
+// The list as a line file's text: one marked line per item, in list order.
+std::string MarkedText(const CheckedList& list) {
+  std::vector<std::string> lines;
+  lines.reserve(list.Items().size());
+  for (const CheckedList::Item& item : list.Items())
+    lines.push_back(FormatMarkedLine(item.checked, item.text));
+  return JoinLines(lines);
+}
+
 }  // namespace
 
 void FillComboWithFiles(CheckedList& list, FileSystem& files, std::string_view programFolder,
@@ -120,11 +129,7 @@ SaveResult MessageLibrary::SavePhrases() {
   }
 
   const int highlighted = lstPhrases.ListIndex();
-  std::vector<std::string> lines;
-  lines.reserve(lstPhrases.Items().size());
-  for (const CheckedList::Item& item : lstPhrases.Items())
-    lines.push_back(FormatMarkedLine(item.checked, item.text));
-  const bool written = WriteCategoryFile(path, JoinLines(lines));
+  const bool written = WriteCategoryFile(path, MarkedText(lstPhrases));
   lstPhrases.SetListIndex(highlighted);
   if (!written) return Report(SaveStatus::WriteFailed, std::move(name));
   return {SaveStatus::Written, std::move(name)};
@@ -135,11 +140,7 @@ bool MessageLibrary::SaveCheckedCategories() {
   if (stateUnreadable_) return false;
 
   const int highlighted = lstMessageCategories.ListIndex();
-  std::vector<std::string> lines;
-  lines.reserve(lstMessageCategories.Items().size());
-  for (const CheckedList::Item& item : lstMessageCategories.Items())
-    lines.push_back(FormatMarkedLine(item.checked, item.text));
-  const std::string text = JoinLines(lines);
+  const std::string text = MarkedText(lstMessageCategories);
   const std::string path = ProgramPath(programFolder_, kCategoryStateFile);
 
   // The file may be held briefly by another program: try again after

@@ -13,8 +13,8 @@
 //
 // Nothing already saved is lost: a category file or the category-state file
 // that exists but could not be read when it was loaded (too large, no
-// permission, locked) is never overwritten or deleted from the list that
-// loading left empty; and every write replaces its file atomically.
+// permission, locked) is neither overwritten nor deleted by what the lists
+// show in its place; and every write replaces its file atomically.
 #pragma once
 
 #include <optional>
