@@ -1,0 +1,281 @@
+// The overlay on the real (virtual) display under Wine: its styles and
+// layered attributes, that it never takes the focus, what a screen capture
+// shows while a phrase is up and after it is hidden, and that flashing
+// leaves no GDI or USER object behind.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "display/message_window_win32.h"
+#include "display/overlay_routines_win32.h"
+#include "platform/gdi_win32.h"
+
+namespace qm::win32 {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Host final : public FlasherHost {
+ public:
+  bool SettingsWindowVisible() const override { return settingsVisible; }
+  bool TrayMenuOpen() const override { return false; }
+  bool settingsVisible = false;
+};
+
+// A plain window of one colour over the whole screen, in front.
+class Backdrop final : public Window {
+ public:
+  explicit Backdrop(COLORREF colour) : brush_(::CreateSolidBrush(colour)) {
+    CreateArgs args;
+    args.className = "QuillmereTestBackdrop";
+    args.style = WS_POPUP | WS_VISIBLE;
+    args.x = args.y = 0;
+    args.width = ::GetSystemMetrics(SM_CXSCREEN);
+    args.height = ::GetSystemMetrics(SM_CYSCREEN);
+    Create(args);
+    ::SetForegroundWindow(Hwnd());
+  }
+  ~Backdrop() override { Destroy(); }
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override {
+    if (msg == WM_ERASEBKGND) {
+      RECT r;
+      ::GetClientRect(Hwnd(), &r);
+      ::FillRect(reinterpret_cast<HDC>(wParam), &r, brush_.Get());
+      return 1;
+    }
+    return Window::HandleMessage(msg, wParam, lParam);
+  }
+
+ private:
+  Brush brush_;
+};
+
+// A capture of part of the screen as the user sees it (layered windows
+// included), pixel values as COLORREF.
+std::vector<COLORREF> Capture(const RECT& area) {
+  const int width = area.right - area.left, height = area.bottom - area.top;
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = -height;  // top-down
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  info.bmiHeader.biCompression = BI_RGB;
+  void* bits = nullptr;
+  const WindowDC screen(nullptr);
+  Bitmap dib(::CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  const MemoryDC memory(screen.Get());
+  {
+    const SelectGuard select(memory.Get(), dib.Get());
+    ::BitBlt(memory.Get(), 0, 0, width, height, screen.Get(), area.left, area.top, SRCCOPY | CAPTUREBLT);
+  }
+  ::GdiFlush();
+  std::vector<COLORREF> pixels(static_cast<std::size_t>(width) * height);
+  const auto* dibPixels = static_cast<const std::uint32_t*>(bits);
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const std::uint32_t p = dibPixels[i];  // 0x00RRGGBB
+    pixels[i] = RGB((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF);
+  }
+  return pixels;
+}
+
+struct PixelCount {
+  int text = 0, backdrop = 0, other = 0;
+  COLORREF firstOther = 0;
+};
+
+PixelCount CountPixels(const std::vector<COLORREF>& pixels, COLORREF text, COLORREF backdrop) {
+  PixelCount n;
+  for (COLORREF p : pixels) {
+    if (p == text) {
+      ++n.text;
+    } else if (p == backdrop) {
+      ++n.backdrop;
+    } else if (n.other++ == 0) {
+      n.firstOther = p;
+    }
+  }
+  return n;
+}
+
+// Objects this process holds. Wine answers 0 to GetGuiResources; there the
+// highest GDI handle slot that fresh objects get stands in for the GDI
+// count (freed slots are given out again first, so it climbs only with
+// objects left alive), and this thread's windows, message-only ones
+// included, for the USER count (windows are the only USER objects the
+// flasher could make).
+unsigned GdiObjects() {
+  if (const DWORD n = ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS)) return n;
+  std::vector<HBRUSH> probes;
+  unsigned highest = 0;
+  for (int i = 0; i < 64; ++i) {
+    probes.push_back(::CreateSolidBrush(0));
+    highest = std::max<unsigned>(highest, LOWORD(reinterpret_cast<ULONG_PTR>(probes.back())));
+  }
+  for (HBRUSH probe : probes) ::DeleteObject(probe);
+  return highest;
+}
+
+BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+  ++*reinterpret_cast<unsigned*>(count);
+  return TRUE;
+}
+
+unsigned UserObjects() {
+  if (const DWORD n = ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS)) return n;
+  unsigned count = 0;
+  ::EnumThreadWindows(::GetCurrentThreadId(), CountWindow, reinterpret_cast<LPARAM>(&count));
+  for (HWND w = nullptr; (w = ::FindWindowExA(HWND_MESSAGE, w, nullptr, nullptr)) != nullptr;) {
+    if (::GetWindowThreadProcessId(w, nullptr) == ::GetCurrentThreadId()) ++count;
+  }
+  return count;
+}
+
+class OverlayShell : public ::testing::Test {
+ protected:
+  OverlayShell() {
+    flasher.SetLabelFont({"Arial", 36, true, false, false, false});
+    flasher.TimerFrequency().SetInterval(10ms);
+  }
+
+  // Starts the cycle as run control does and waits for the first phrase.
+  void FlashOnce(std::chrono::milliseconds displayLength) {
+    flasher.TimerDisplayLength().SetInterval(displayLength);
+    flasher.bStopped = false;
+    flasher.HideLabel();
+    flasher.Show();
+    flasher.Begin();
+    ASSERT_TRUE(loop.RunUntil([&] { return overlay.LabelVisible(); }, 10s));
+  }
+  HWND Overlay() const { return overlay.Hwnd(); }
+
+  MessageLoop loop;
+  Host host;
+  MessageWindow window{host, loop};
+  frmMessage& flasher = window.Form();
+  OverlayWindow& overlay = window.Overlay();
+};
+
+TEST_F(OverlayShell, IsABorderlessColourKeyedPopupOutOfTheTaskBar) {
+  ASSERT_NE(Overlay(), nullptr);
+  EXPECT_EQ(overlay.Caption(), "I want to buy this program");
+  EXPECT_FALSE(flasher.Visible()) << "hidden until run control shows it";
+
+  COLORREF key = 0;
+  BYTE alpha = 0;
+  DWORD flags = 0;
+  ASSERT_TRUE(::GetLayeredWindowAttributes(Overlay(), &key, &alpha, &flags));
+  EXPECT_EQ(key, 0x00FFFFFFu);
+  EXPECT_EQ(flags, static_cast<DWORD>(LWA_COLORKEY)) << "the colour key and nothing else";
+
+  const LONG style = ::GetWindowLongA(Overlay(), GWL_STYLE);
+  const LONG exStyle = ::GetWindowLongA(Overlay(), GWL_EXSTYLE);
+  EXPECT_TRUE(style & WS_POPUP);
+  EXPECT_FALSE(style & (WS_CAPTION | WS_BORDER | WS_THICKFRAME | WS_DLGFRAME));
+  EXPECT_TRUE(exStyle & WS_EX_LAYERED);
+  EXPECT_TRUE(exStyle & WS_EX_TOOLWINDOW) << "not in the task bar";
+  EXPECT_FALSE(exStyle & WS_EX_APPWINDOW);
+  EXPECT_TRUE(exStyle & WS_EX_NOACTIVATE);
+  EXPECT_TRUE(exStyle & WS_EX_TRANSPARENT) << "clicks go through";
+  EXPECT_FALSE(exStyle & WS_EX_TOPMOST) << "raised only when a phrase shows";
+}
+
+TEST_F(OverlayShell, PhraseIsRaisedSizedAroundTheLabelAndNeverTakesTheFocus) {
+  Backdrop backdrop(RGB(20, 140, 60));
+  loop.RunFor(100ms);
+  ASSERT_EQ(::GetForegroundWindow(), backdrop.Hwnd());
+
+  flasher.MessageList = PhraseList{{"Focus stays put"}};
+  FlashOnce(5s);
+  loop.RunFor(100ms);
+  EXPECT_EQ(overlay.Caption(), "Focus stays put");
+  EXPECT_TRUE(::GetWindowLongA(Overlay(), GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_EQ(::GetForegroundWindow(), backdrop.Hwnd());
+  EXPECT_NE(::GetActiveWindow(), Overlay());
+
+  RECT r;
+  ::GetWindowRect(Overlay(), &r);
+  const TwipsSize label = overlay.LabelSize();
+  EXPECT_EQ(r.right - r.left, ::MulDiv(label.width + 50, 96, 1440));
+  EXPECT_EQ(r.bottom - r.top, ::MulDiv(label.height + 150, 96, 1440));
+  EXPECT_GE(r.left, 0);
+  EXPECT_GE(r.top, 0);
+  EXPECT_LE(r.left, 1024);
+  EXPECT_LE(r.top, 768);
+
+  // Raising a window that is already top-most keeps its place and size.
+  modWindowsRoutines::MakeTopMost(Overlay());
+  RECT again;
+  ::GetWindowRect(Overlay(), &again);
+  EXPECT_TRUE(::EqualRect(&r, &again));
+  EXPECT_TRUE(::GetWindowLongA(Overlay(), GWL_EXSTYLE) & WS_EX_TOPMOST);
+  EXPECT_EQ(::GetForegroundWindow(), backdrop.Hwnd());
+}
+
+TEST_F(OverlayShell, CaptureShowsOnlyThePhraseInItsColourThenNothing) {
+  const COLORREF backdropColour = RGB(20, 140, 60);
+  Backdrop backdrop(backdropColour);
+  // A system colour is drawn in its translated RGB.
+  flasher.SetLabelColor(0x80000000 | COLOR_HIGHLIGHT);
+  const COLORREF textColour = ::GetSysColor(COLOR_HIGHLIGHT);
+  ASSERT_EQ(overlay.TextColor(), textColour);
+  ASSERT_NE(textColour, backdropColour);
+  ASSERT_NE(textColour, RGB(255, 255, 255));
+
+  flasher.MessageList = PhraseList{{"Quillmere WWW"}};
+  FlashOnce(3s);
+  loop.RunFor(200ms);  // let the display server catch up
+  ASSERT_TRUE(overlay.LabelVisible());
+
+  RECT area;
+  ::GetWindowRect(Overlay(), &area);
+  ::InflateRect(&area, 20, 20);
+  RECT screen{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
+  ::IntersectRect(&area, &area, &screen);
+
+  const PixelCount shown = CountPixels(Capture(area), textColour, backdropColour);
+  EXPECT_GT(shown.text, 200) << "the phrase is on the screen in its colour";
+  EXPECT_EQ(shown.other, 0) << "no white box, no light fringe; first stray pixel 0x" << std::hex
+                            << shown.firstOther;
+  EXPECT_GT(shown.backdrop, shown.text) << "the window beneath shows everywhere else";
+
+  ASSERT_TRUE(loop.RunUntil([&] { return !overlay.LabelVisible(); }, 10s)) << "the display tick hides it";
+  flasher.bStopped = true;  // no next phrase while we look
+  loop.RunFor(200ms);
+  const PixelCount hidden = CountPixels(Capture(area), textColour, backdropColour);
+  EXPECT_EQ(hidden.text, 0);
+  EXPECT_EQ(hidden.other, 0) << "first stray pixel 0x" << std::hex << hidden.firstOther;
+}
+
+TEST_F(OverlayShell, TenThousandFlashesLeaveGdiAndUserCountsFlat) {
+  flasher.MessageList = PhraseList{{"one", "two phrases", "and a third, longer one"}};
+  flasher.Show();
+  auto flash = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      flasher.TimerFrequency_Timer();
+      flasher.TimerDisplayLength_Timer();
+      if (i % 100 == 0) loop.RunFor(0ms);
+    }
+  };
+  flash(100);  // first-use allocations settle
+  loop.RunFor(50ms);
+  const unsigned gdiBefore = GdiObjects(), userBefore = UserObjects();
+
+  flash(10000);
+  for (int i = 0; i < 50; ++i)
+    flasher.SetLabelFont({"Arial", 10.0 + i, i % 2 == 0, i % 3 == 0, false, false});
+  loop.RunFor(50ms);
+
+  EXPECT_EQ(GdiObjects(), gdiBefore);
+  EXPECT_EQ(UserObjects(), userBefore);
+  EXPECT_GT(userBefore, 0u);
+}
+
+}  // namespace
+}  // namespace qm::win32
