@@ -1,0 +1,115 @@
+// Measures, for display durations of 1, 5, 16, 50 and 500 ms, how long a
+// phrase really stays on the screen: from the end of the interval tick
+// (the phrase painted) to the end of the display tick (the phrase hidden
+// and repainted away), through the real overlay, timers and message loop.
+// Then the raw period of the millisecond timer alone. Prints mean, min
+// and max per duration.
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <numeric>
+#include <vector>
+
+#include "display/message_window_win32.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+class Host final : public qm::FlasherHost {
+ public:
+  bool SettingsWindowVisible() const override { return false; }
+  bool TrayMenuOpen() const override { return false; }
+};
+
+void Print(const char* what, int asked, const std::vector<double>& ms) {
+  if (ms.empty()) {
+    std::printf("%-18s %5d ms: no sample\n", what, asked);
+    return;
+  }
+  const double mean = std::accumulate(ms.begin(), ms.end(), 0.0) / ms.size();
+  const auto [lo, hi] = std::minmax_element(ms.begin(), ms.end());
+  std::printf("%-18s %5d ms: mean %8.3f  min %8.3f  max %8.3f  (%zu samples)\n", what, asked, mean, *lo, *hi,
+              ms.size());
+}
+
+double Millis(Clock::duration d) {
+  return std::chrono::duration<double, std::milli>(d).count();
+}
+
+// Flashes `count` phrases of the asked duration and returns their times on
+// the screen.
+std::vector<double> OnScreenTimes(qm::win32::MessageLoop& loop, qm::frmMessage& form, int askedMs,
+                                  int count) {
+  std::vector<double> times;
+  Clock::time_point shownAt{};
+  bool shown = false;
+  form.TimerFrequency().SetTick([&] {
+    form.TimerFrequency_Timer();
+    shownAt = Clock::now();
+    shown = true;
+  });
+  form.TimerDisplayLength().SetTick([&] {
+    form.TimerDisplayLength_Timer();
+    if (shown) times.push_back(Millis(Clock::now() - shownAt));
+    shown = false;
+  });
+  form.TimerFrequency().SetInterval(20ms);
+  form.TimerDisplayLength().SetInterval(std::chrono::milliseconds(askedMs));
+  form.bStopped = false;
+  form.Begin();
+  loop.RunUntil([&] { return static_cast<int>(times.size()) >= count; },
+                std::chrono::milliseconds((askedMs + 100) * count + 5000));
+  form.bStopped = true;
+  form.TimerFrequency().SetEnabled(false);
+  form.TimerDisplayLength().SetEnabled(false);
+  return times;
+}
+
+std::vector<double> RawPeriods(qm::win32::MessageLoop& loop, int askedMs, int count) {
+  qm::win32::PreciseTimer timer(loop, std::chrono::milliseconds(askedMs));
+  std::vector<double> periods;
+  Clock::time_point last = Clock::now();
+  timer.SetTick([&] {
+    const auto now = Clock::now();
+    periods.push_back(Millis(now - last));
+    last = now;
+  });
+  last = Clock::now();
+  timer.SetEnabled(true);
+  loop.RunUntil([&] { return static_cast<int>(periods.size()) >= count; },
+                std::chrono::milliseconds((askedMs + 50) * count + 5000));
+  timer.SetEnabled(false);
+  return periods;
+}
+
+}  // namespace
+
+int main() {
+  Host host;
+  qm::win32::MessageLoop loop;
+  qm::win32::MessageWindow window(host, loop);
+  qm::frmMessage& form = window.Form();
+  form.SetLabelFont({"Arial", 28, true, false, false, false});
+  form.SetLabelColor(qm::Rgb(200, 0, 0));
+  form.MessageList = qm::PhraseList{{"Timing", "the phrase on the screen"}};
+  form.HideLabel();
+  form.Show();
+
+  {
+    qm::win32::PreciseTimer probe(loop);
+    std::printf("millisecond timer: %s\n", probe.HighResolution()
+                                               ? "high-resolution waitable timer"
+                                               : "waitable timer with the system timer at 1 ms");
+  }
+  std::printf("time on the screen (interval tick painted -> display tick hidden):\n");
+  const int durations[] = {1, 5, 16, 50, 500};
+  for (int ms : durations) Print("on screen", ms, OnScreenTimes(loop, form, ms, ms >= 500 ? 10 : 50));
+  std::printf("raw period of the millisecond timer:\n");
+  for (int ms : durations) Print("timer period", ms, RawPeriods(loop, ms, ms >= 500 ? 10 : 100));
+  std::fflush(stdout);
+  return 0;
+}
