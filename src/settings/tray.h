@@ -81,11 +81,10 @@ class TrayPopup {
   virtual TrayMenuItem Popup(const TrayMenu& menu) = 0;
 };
 
-// The popup menu mnuPopUp (caption "YouShouldNotSeeMe", never shown as a
-// menu bar) and the icon's click.
+// The popup menu mnuPopUp, only ever shown as a popup, and the icon's
+// click.
 class TrayMenu {
  public:
-  static constexpr std::string_view kTopCaption = "YouShouldNotSeeMe";
   static const std::array<TrayMenuEntry, 6>& Entries();
   // The item of a command id; None for any other number.
   static TrayMenuItem ItemOfCommand(unsigned commandId);

@@ -1,0 +1,364 @@
+// The tray icon and its menu on the real (virtual) display. With QM_SHOTS
+// set to a folder, the open menu is saved there as a bitmap, and Wine's
+// tray (drawn by another process, out of reach of this one's screen
+// captures) stays up for a second and a half with each icon, for a screen
+// grabber outside.
+#include "settings/tray_win32.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/gdi_win32.h"
+#include "platform/window_win32.h"
+#include "settings/tray_res.h"
+
+namespace qm::win32 {
+namespace {
+
+// Every call of the notification function, with a copy of its record.
+struct Call {
+  DWORD message;
+  NOTIFYICONDATAA record;
+};
+std::vector<Call> gCalls;
+BOOL gAnswer = TRUE;
+
+BOOL WINAPI RecordNotify(DWORD message, PNOTIFYICONDATAA data) {
+  gCalls.push_back({message, *data});
+  return gAnswer;
+}
+
+class RecordingCommands final : public TrayCommands {
+ public:
+  void PauseForTrayMenu() override { log.push_back("pause"); }
+  void mnuSettings_Click() override { log.push_back("settings"); }
+  void mnuStart_Click() override { log.push_back("start"); }
+  void mnuStop_Click() override { log.push_back("stop"); }
+  void mnuExit_Click() override { log.push_back("exit"); }
+  std::vector<std::string> log;
+};
+
+// A hidden window that owns the icon and hands its messages to the tray.
+class Owner final : public Window, public TrayForm {
+ public:
+  Owner() {
+    CreateArgs a;
+    a.className = "QuillmereTrayTestOwner";
+    a.title = "Tray owner";
+    a.width = 300;
+    a.height = 200;
+    Create(a);
+  }
+  HWND Hwnd() const override { return Window::Hwnd(); }
+  HICON Icon() const override { return icon; }
+  std::string Tag() const override { return tag; }
+
+  HICON icon = LoadTrayIcon(IDI_TRAY_RUNNING);
+  std::string tag = "Click for menu options.";
+  TrayIcon* tray = nullptr;
+  int ownMouseMoves = 0;
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override {
+    if (tray && tray->HandleMessage(msg, wParam, lParam)) return 0;
+    if (msg == WM_MOUSEMOVE) ++ownMouseMoves;
+    return Window::HandleMessage(msg, wParam, lParam);
+  }
+};
+
+void Pump() {
+  MSG m;
+  while (::PeekMessageA(&m, nullptr, 0, 0, PM_REMOVE)) {
+    ::TranslateMessage(&m);
+    ::DispatchMessageA(&m);
+  }
+}
+
+// Waits up to two seconds for the condition, letting messages run.
+template <typename F>
+bool WaitFor(F condition) {
+  for (int i = 0; i < 200; ++i) {
+    if (condition()) return true;
+    Pump();
+    ::Sleep(10);
+  }
+  return condition();
+}
+
+// The screen's top-left corner, as this process sees it, into a bitmap
+// file.
+void SaveScreen(const char* name, int width, int height) {
+  const char* folder = std::getenv("QM_SHOTS");
+  if (!folder) return;
+  HDC screen = ::GetDC(nullptr);
+  MemoryDC memory(screen);
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = height;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  Bitmap bitmap(::CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  {
+    SelectGuard select(memory.Get(), bitmap.Get());
+    ::BitBlt(memory.Get(), 0, 0, width, height, screen, 0, 0, SRCCOPY | CAPTUREBLT);
+  }
+  ::ReleaseDC(nullptr, screen);
+  const DWORD size = static_cast<DWORD>(width) * height * 4;
+  BITMAPFILEHEADER file{};
+  file.bfType = 0x4D42;
+  file.bfOffBits = sizeof file + sizeof info.bmiHeader;
+  file.bfSize = file.bfOffBits + size;
+  std::ofstream out(std::string(folder) + "\\" + name + ".bmp", std::ios::binary);
+  out.write(reinterpret_cast<const char*>(&file), sizeof file);
+  out.write(reinterpret_cast<const char*>(&info.bmiHeader), sizeof info.bmiHeader);
+  out.write(static_cast<const char*>(bits), size);
+}
+
+// With QM_SHOTS set, gives the tray time to draw and an outside screen
+// grabber time to catch it.
+void PauseForShot() {
+  if (!std::getenv("QM_SHOTS")) return;
+  for (int i = 0; i < 150; ++i) {
+    Pump();
+    ::Sleep(10);
+  }
+}
+
+class TrayWin32Test : public ::testing::Test {
+ protected:
+  TrayWin32Test() {
+    gCalls.clear();
+    gAnswer = TRUE;
+  }
+  Owner owner;
+};
+
+void ExpectRecord(const Call& call, DWORD message, HWND owner, HICON icon, const std::string& tip) {
+  const NOTIFYICONDATAA& r = call.record;
+  EXPECT_EQ(call.message, message);
+  EXPECT_EQ(r.cbSize, kTrayRecordSize);
+  EXPECT_EQ(r.hWnd, owner);
+  EXPECT_EQ(r.uID, 1u);
+  EXPECT_EQ(r.uFlags, 7u);
+  EXPECT_EQ(r.uFlags, static_cast<UINT>(NIF_MESSAGE | NIF_ICON | NIF_TIP));
+  EXPECT_EQ(r.uCallbackMessage, 0x200u);
+  EXPECT_EQ(r.hIcon, icon);
+  EXPECT_EQ(std::string(r.szTip), tip);
+  // The tip's unused characters and the balloon fields stay zero.
+  const auto* bytes = reinterpret_cast<const unsigned char*>(&r);
+  const std::size_t tipEnd = offsetof(NOTIFYICONDATAA, szTip) + tip.size();
+  for (std::size_t i = tipEnd; i < r.cbSize; ++i) ASSERT_EQ(bytes[i], 0) << "byte " << i;
+}
+
+TEST_F(TrayWin32Test, TheRecordHasTheLayoutOfTheBalloonTipVersion) {
+  EXPECT_EQ(kTrayRecordSize, offsetof(NOTIFYICONDATAA, guidItem));
+  EXPECT_EQ(kTrayRecordSize, sizeof(void*) == 4 ? 488u : 504u);
+}
+
+TEST_F(TrayWin32Test, AddsChangesAndDeletesTheIconWithTheRightRecords) {
+  clsTray tray(&RecordNotify);
+  const HICON running = owner.icon;
+  const HICON stopped = LoadTrayIcon(IDI_TRAY_STOPPED);
+  ASSERT_NE(running, nullptr);
+  ASSERT_NE(stopped, nullptr);
+  ASSERT_NE(running, stopped);
+
+  EXPECT_TRUE(tray.ShowIcon(owner, ""));
+  owner.icon = stopped;
+  EXPECT_TRUE(tray.ChangeToolTip(owner, "Subliminal Message are OFF."));
+  owner.icon = running;
+  EXPECT_TRUE(tray.ChangeToolTip(owner, "Subliminal Message are ON."));
+  EXPECT_TRUE(tray.ChangeToolTip(owner, std::string(140, 't')));
+  ASSERT_FALSE(::IsWindowVisible(owner.Hwnd()));
+  EXPECT_TRUE(tray.RemoveIcon(owner));
+
+  ASSERT_EQ(gCalls.size(), 5u);
+  ExpectRecord(gCalls[0], NIM_ADD, owner.Hwnd(), running, "Click for menu options.");
+  ExpectRecord(gCalls[1], NIM_MODIFY, owner.Hwnd(), stopped, "Subliminal Message are OFF.");
+  ExpectRecord(gCalls[2], NIM_MODIFY, owner.Hwnd(), running, "Subliminal Message are ON.");
+  ExpectRecord(gCalls[3], NIM_MODIFY, owner.Hwnd(), running, std::string(127, 't'));
+  ExpectRecord(gCalls[4], NIM_DELETE, owner.Hwnd(), running, "");
+  // Removing the icon brings the hidden window back.
+  EXPECT_TRUE(::IsWindowVisible(owner.Hwnd()));
+}
+
+TEST_F(TrayWin32Test, ARefusedCallIsReportedAndTheIconComesBackWithTheNotificationArea) {
+  RecordingCommands commands;
+  TrayIcon icon(owner, commands, &RecordNotify);
+  owner.tray = &icon;
+  const UINT taskbarCreated = ::RegisterWindowMessageA("TaskbarCreated");
+
+  // Before any icon is shown there is nothing to bring back.
+  ::SendMessageA(owner.Hwnd(), taskbarCreated, 0, 0);
+  EXPECT_TRUE(gCalls.empty());
+
+  gAnswer = FALSE;  // the notification area is not there yet
+  EXPECT_FALSE(icon.Tray().ShowIcon(owner, "Subliminal Message are ON."));
+  gAnswer = TRUE;
+  owner.icon = LoadTrayIcon(IDI_TRAY_STOPPED);
+  ::SendMessageA(owner.Hwnd(), taskbarCreated, 0, 0);
+  ASSERT_EQ(gCalls.size(), 2u);
+  ExpectRecord(gCalls[1], NIM_ADD, owner.Hwnd(), owner.icon, "Subliminal Message are ON.");
+
+  icon.Tray().RemoveIcon(owner);
+  ::SendMessageA(owner.Hwnd(), taskbarCreated, 0, 0);
+  EXPECT_EQ(gCalls.size(), 3u);
+  owner.tray = nullptr;
+}
+
+HWND FindTrayIconWindow() {
+  const HWND tray = ::FindWindowA("__winex11_standalone_tray", nullptr);
+  return tray ? ::FindWindowExA(tray, nullptr, "__winex11_tray_icon", nullptr) : nullptr;
+}
+
+TEST_F(TrayWin32Test, TheSystemsTrayShowsTheIcon) {
+  clsTray tray;
+  ASSERT_TRUE(tray.ShowIcon(owner, ""));
+  EXPECT_TRUE(WaitFor([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }));
+  PauseForShot();
+
+  owner.icon = LoadTrayIcon(IDI_TRAY_STOPPED);
+  EXPECT_TRUE(tray.ChangeToolTip(owner, "Subliminal Message are OFF."));
+  PauseForShot();
+
+  EXPECT_TRUE(tray.RemoveIcon(owner));
+  EXPECT_TRUE(WaitFor([] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }));
+}
+
+// What the test saw while the menu's loop ran, from a timer of the owner.
+struct MenuProbe {
+  TrayIcon* icon = nullptr;
+  HWND owner = nullptr;
+  std::vector<WPARAM> keys;  // posted to the menu; none: cancel the menu
+  const char* shot = nullptr;
+  bool sawMenu = false;
+  bool openWhileShown = false;
+  std::vector<std::string> items;
+} gProbe;
+
+BOOL CALLBACK FindOwnMenu(HWND hwnd, LPARAM found) {
+  char cls[16] = {};
+  DWORD pid = 0;
+  ::GetWindowThreadProcessId(hwnd, &pid);
+  if (pid == ::GetCurrentProcessId() && ::GetClassNameA(hwnd, cls, sizeof cls) &&
+      std::string(cls) == "#32768" && ::IsWindowVisible(hwnd)) {
+    *reinterpret_cast<HWND*>(found) = hwnd;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+HWND OpenMenuWindow() {
+  HWND found = nullptr;
+  ::EnumWindows(&FindOwnMenu, reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+// "Caption [checked] [greyed]" for each item, "-" for a separator.
+std::vector<std::string> DescribeMenu(HMENU menu) {
+  std::vector<std::string> out;
+  for (int i = 0; i < ::GetMenuItemCount(menu); ++i) {
+    const UINT state = ::GetMenuState(menu, i, MF_BYPOSITION);
+    if (state & MF_SEPARATOR) {
+      out.push_back("-");
+      continue;
+    }
+    char text[64] = {};
+    ::GetMenuStringA(menu, i, text, sizeof text, MF_BYPOSITION);
+    std::string line = text;
+    if (state & MF_CHECKED) line += " [checked]";
+    if (state & MF_GRAYED) line += " [greyed]";
+    out.push_back(line);
+  }
+  return out;
+}
+
+void CALLBACK ProbeMenu(HWND hwnd, UINT, UINT_PTR id, DWORD) {
+  ::KillTimer(hwnd, id);
+  const HWND menu = OpenMenuWindow();
+  gProbe.sawMenu = menu != nullptr;
+  gProbe.openWhileShown = gProbe.icon->Menu().IsOpen();
+  if (menu) {
+    gProbe.items = DescribeMenu(reinterpret_cast<HMENU>(::SendMessageA(menu, MN_GETHMENU, 0, 0)));
+    if (gProbe.shot) {
+      RECT r{};
+      ::GetWindowRect(menu, &r);
+      SaveScreen(gProbe.shot, r.right + 20, r.bottom + 20);
+    }
+    for (WPARAM key : gProbe.keys) ::PostMessageA(menu, WM_KEYDOWN, key, 0);
+  }
+  if (gProbe.keys.empty() || !menu) ::PostMessageA(gProbe.owner, WM_CANCELMODE, 0, 0);
+}
+
+class TrayMenuWin32Test : public TrayWin32Test {
+ protected:
+  TrayMenuWin32Test() {
+    owner.tray = &icon;
+    // The menu opens where the pointer is: put it somewhere predictable.
+    ::SetCursorPos(120, 80);
+    gProbe = MenuProbe{};
+    gProbe.icon = &icon;
+    gProbe.owner = owner.Hwnd();
+  }
+  ~TrayMenuWin32Test() override { owner.tray = nullptr; }
+
+  // Delivers the tray's callback while a timer probes the menu.
+  void Callback(WPARAM wParam, LPARAM lParam) {
+    ::SetTimer(owner.Hwnd(), 7, 400, &ProbeMenu);
+    ::SendMessageA(owner.Hwnd(), 0x200, wParam, lParam);
+    ::KillTimer(owner.Hwnd(), 7);
+  }
+
+  RecordingCommands commands;
+  TrayIcon icon{owner, commands, &RecordNotify};
+};
+
+TEST_F(TrayMenuWin32Test, ALeftOrRightReleasePausesAndOpensTheMenuUntilDismissed) {
+  icon.Menu().mnuStartChecked = true;
+  for (LPARAM release : {0x202, 0x205}) {
+    SCOPED_TRACE(release);
+    commands.log.clear();
+    gProbe.sawMenu = false;
+    gProbe.shot = release == 0x205 ? "set-tray-menu" : nullptr;
+    Callback(1, release);
+    EXPECT_TRUE(gProbe.sawMenu);
+    EXPECT_TRUE(gProbe.openWhileShown);
+    EXPECT_EQ(gProbe.items, (std::vector<std::string>{"Settings [greyed]", "-", "Start [checked]", "Stop",
+                                                      "-", "Exit Application"}));
+    EXPECT_EQ(commands.log, std::vector<std::string>{"pause"});
+    EXPECT_FALSE(icon.Menu().IsOpen());
+    EXPECT_TRUE(WaitFor([] { return OpenMenuWindow() == nullptr; }));
+  }
+}
+
+TEST_F(TrayMenuWin32Test, TheChosenItemRunsAfterTheMenuHasClosed) {
+  icon.Menu().mnuSettingsEnabled = true;
+  icon.Menu().mnuStopChecked = true;
+  gProbe.keys = {VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN};  // Settings, Start, Stop
+  Callback(1, 0x202);
+  EXPECT_EQ(gProbe.items,
+            (std::vector<std::string>{"Settings", "-", "Start", "Stop [checked]", "-", "Exit Application"}));
+  EXPECT_EQ(commands.log, (std::vector<std::string>{"pause", "stop"}));
+  EXPECT_FALSE(icon.Menu().IsOpen());
+}
+
+TEST_F(TrayMenuWin32Test, MovesPressesAndTheOwnersOwnMouseMovesDoNothing) {
+  for (LPARAM x : {0x200, 0x201, 0x203, 0x204}) ::SendMessageA(owner.Hwnd(), 0x200, 1, x);
+  EXPECT_EQ(owner.ownMouseMoves, 0);
+  // The owner's own move over x 514: no button held, or below the top row.
+  ::SendMessageA(owner.Hwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(514, 0));
+  ::SendMessageA(owner.Hwnd(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(517, 3));
+  EXPECT_EQ(owner.ownMouseMoves, 2);
+  EXPECT_TRUE(commands.log.empty());
+  EXPECT_EQ(OpenMenuWindow(), nullptr);
+}
+
+}  // namespace
+}  // namespace qm::win32
