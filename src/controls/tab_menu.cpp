@@ -45,7 +45,9 @@ void TabElement::ShowPicture(TabPicture picture) {
   NotifyChanged();
 }
 
-void TabElement::NotifyChanged() const { Raise(Changed); }
+void TabElement::NotifyChanged() const {
+  Raise(Changed);
+}
 
 void TabElement::Raise(const std::function<void()>& event) {
   // A copy, so that a receiver may replace the handler while it runs.
@@ -54,7 +56,7 @@ void TabElement::Raise(const std::function<void()>& event) {
 
 // ---- TabButton
 
-TabButton::TabButton(std::int16_t index) : TabElement(index, kTabWidth, kTabHeight, 975) {}
+TabButton::TabButton(std::int16_t index) : TabElement(index, kTabWidth, kTabHeight, kTabPictureWidth) {}
 
 bool TabButton::Hits(int x, int y) const {
   return ImgButtonRect().Contains(x, y) || LblTextRect().Contains(x, y);
@@ -102,7 +104,7 @@ void TabButton::SetCaptionColor(OleColor color) {
 // ---- TabButtonMenu
 
 TabButtonMenu::TabButtonMenu(std::int16_t index)
-    : TabElement(index, kMenuButtonWidth, kMenuButtonHeight, 330) {}
+    : TabElement(index, kMenuButtonWidth, kMenuButtonHeight, kMenuPictureWidth) {}
 
 void TabButtonMenu::ImgButton_MouseMove() {
   Raise(events.MouseMove);
@@ -112,24 +114,19 @@ void TabButtonMenu::ImgButton_MouseMove() {
 // ---- TabMenu
 
 TabMenu::TabMenu() {
-  CreateTab().Move(kTabTemplateLeft, kTemplateTop);
-  CreateMenuButton().Move(kMenuTemplateLeft, kTemplateTop);
+  Create(tabs_, &TabMenu::TabButton_Click).Move(kTabTemplateLeft, kTemplateTop);
+  Create(menus_, &TabMenu::TabButtonMenu_Click).Move(kMenuTemplateLeft, kTemplateTop);
 }
 
-TabButton& TabMenu::CreateTab() {
-  const auto index = static_cast<std::int16_t>(tabs_.size() + 1);
-  auto& tab = *tabs_.emplace_back(std::make_unique<TabButton>(index));
-  tab.events.Click = [this, index] { TabButton_Click(index); };
-  tab.events.MouseMove = [this, index] { TabButton_MouseMove(index); };
-  return tab;
-}
-
-TabButtonMenu& TabMenu::CreateMenuButton() {
-  const auto index = static_cast<std::int16_t>(menus_.size() + 1);
-  auto& menu = *menus_.emplace_back(std::make_unique<TabButtonMenu>(index));
-  menu.events.Click = [this, index] { TabButtonMenu_Click(index); };
-  menu.events.MouseMove = [this, index] { TabButtonMenu_MouseMove(index); };
-  return menu;
+template <typename Element>
+Element& TabMenu::Create(std::vector<std::unique_ptr<Element>>& elements,
+                         void (TabMenu::*onClick)(std::int16_t)) {
+  const auto index = static_cast<std::int16_t>(elements.size() + 1);
+  auto& element = *elements.emplace_back(std::make_unique<Element>(index));
+  element.events.Click = [this, index, onClick] { (this->*onClick)(index); };
+  // A mouse move over any button takes the hover from the others.
+  element.events.MouseMove = [this, index] { MoveMouseOff(index); };
+  return element;
 }
 
 void TabMenu::AddButton(std::int16_t Style_1_Tab_2_Menu, const std::string& ItemText) {
@@ -140,7 +137,7 @@ void TabMenu::AddButton(std::int16_t Style_1_Tab_2_Menu, const std::string& Item
   if (Style_1_Tab_2_Menu == kTabStyle) {
     const long newTabs = Fit16(tabs + 1);
     const std::int16_t left = Fit16(kTabWidth * (newTabs - 2) + kMenuButtonWidth * (menus - 1));
-    TabButton& tab = CreateTab();
+    TabButton& tab = Create(tabs_, &TabMenu::TabButton_Click);
     tab.Move(left, 0);
     tab.SetText(ItemText);
     tab.SetVisible(true);
@@ -148,7 +145,7 @@ void TabMenu::AddButton(std::int16_t Style_1_Tab_2_Menu, const std::string& Item
   } else if (Style_1_Tab_2_Menu == kMenuStyle) {
     const long newMenus = Fit16(menus + 1);
     const std::int16_t left = Fit16(kMenuButtonWidth * (newMenus - 2) + kTabWidth * (tabs - 1));
-    TabButtonMenu& menu = CreateMenuButton();
+    TabButtonMenu& menu = Create(menus_, &TabMenu::TabButtonMenu_Click);
     menu.Move(left, 0);
     menu.SetVisible(true);
     if (auto created = ElementCreated) created(menu);
@@ -182,7 +179,9 @@ TabButtonMenu& TabMenu::MenuButton(std::int16_t index) {
   return *menus_[static_cast<std::size_t>(index - 1)];
 }
 
-void TabMenu::Resize(int width) { width_ = width; }
+void TabMenu::Resize(int width) {
+  width_ = width;
+}
 
 void TabMenu::TabButton_Click(std::int16_t index) {
   RemoveTabFocus(index);
@@ -190,13 +189,9 @@ void TabMenu::TabButton_Click(std::int16_t index) {
   if (auto handler = events.ItemClick) handler();
 }
 
-void TabMenu::TabButton_MouseMove(std::int16_t index) { MoveMouseOff(index); }
-
 void TabMenu::TabButtonMenu_Click(std::int16_t index) {
   selectedItem_ = std::to_string(index - 1);
   if (auto handler = events.ItemMenuClick) handler();
 }
-
-void TabMenu::TabButtonMenu_MouseMove(std::int16_t index) { MoveMouseOff(index); }
 
 }  // namespace qm

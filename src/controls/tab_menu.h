@@ -45,6 +45,9 @@ inline constexpr int kTabWidth = 1050;
 inline constexpr int kTabHeight = 525;
 inline constexpr int kMenuButtonWidth = 405;
 inline constexpr int kMenuButtonHeight = 525;
+// The picture boxes; the dividers follow them.
+inline constexpr int kTabPictureWidth = 975;
+inline constexpr int kMenuPictureWidth = 330;
 inline constexpr OleColor kTabCaptionColor = 0x00400000;
 inline constexpr OleColor kFocusedTabCaptionColor = 0x00FFFFFF;
 
@@ -134,8 +137,8 @@ class TabButton final : public TabElement {
   explicit TabButton(std::int16_t index);
 
   bool IsTab() const override { return true; }
-  TwipRect ImgButtonRect() const override { return {0, 0, 975, 525}; }
-  TwipRect LblTextRect() const { return {0, 190, 975, 255}; }
+  TwipRect ImgButtonRect() const override { return {0, 0, kTabPictureWidth, kTabHeight}; }
+  TwipRect LblTextRect() const { return {0, 190, kTabPictureWidth, 255}; }
   bool Hits(int x, int y) const override;
 
   bool HasFocus() const { return hasFocus_; }
@@ -170,7 +173,7 @@ class TabButtonMenu final : public TabElement {
   explicit TabButtonMenu(std::int16_t index);
 
   bool IsTab() const override { return false; }
-  TwipRect ImgButtonRect() const override { return {0, 0, 330, 525}; }
+  TwipRect ImgButtonRect() const override { return {0, 0, kMenuPictureWidth, kMenuButtonHeight}; }
 
   void MoveMouseOff() override { ShowPicture(TabPicture::Normal); }
   void ImgButton_MouseMove() override;
@@ -223,17 +226,17 @@ class TabMenu {
   TwipRect ImgBG() const { return {0, 0, width_, kStripHeight}; }
 
   Events events;
-  // Called with each element the bar creates (the templates during
-  // construction, before a view can listen, are not reported).
+  // Called with each element that AddButton creates, so that a view can
+  // show it (the Win32 bar listens here; the templates, made with the bar,
+  // are not reported).
   std::function<void(TabElement&)> ElementCreated;
 
  private:
   void TabButton_Click(std::int16_t index);
-  void TabButton_MouseMove(std::int16_t index);
   void TabButtonMenu_Click(std::int16_t index);
-  void TabButtonMenu_MouseMove(std::int16_t index);
-  TabButton& CreateTab();
-  TabButtonMenu& CreateMenuButton();
+  // Creates the next element of a collection, its events wired to the bar.
+  template <typename Element>
+  Element& Create(std::vector<std::unique_ptr<Element>>& elements, void (TabMenu::*onClick)(std::int16_t));
 
   std::vector<std::unique_ptr<TabButton>> tabs_;  // element n at n - 1
   std::vector<std::unique_ptr<TabButtonMenu>> menus_;

@@ -1,0 +1,220 @@
+// The tab bar on the (virtual) screen under Wine: its windows where the
+// model puts them, real mouse messages turned into the bar's events, and
+// the pictures and caption colours that reach the screen.
+#include "controls/tab_menu_win32.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "tab_host_win32.h"
+
+namespace qm::win32 {
+namespace {
+
+constexpr int kHostX = 40;
+constexpr int kHostY = 60;
+
+LPARAM At(int x, int y) {
+  return MAKELPARAM(x, y);
+}
+
+COLORREF ScreenPixel(int x, int y) {
+  WindowDC screen(nullptr);
+  return ::GetPixel(screen.Get(), x, y);
+}
+
+// The colour of a picture at a share of its width and height.
+COLORREF PictureColour(HBITMAP picture, double fx, double fy) {
+  BITMAP info{};
+  ::GetObjectA(picture, sizeof info, &info);
+  MemoryDC dc(nullptr);
+  SelectGuard select(dc.Get(), picture);
+  return ::GetPixel(dc.Get(), static_cast<int>(fx * info.bmWidth), static_cast<int>(fy * info.bmHeight));
+}
+
+// The largest difference of the three channels.
+int Distance(COLORREF a, COLORREF b) {
+  return std::max({std::abs(GetRValue(a) - GetRValue(b)), std::abs(GetGValue(a) - GetGValue(b)),
+                   std::abs(GetBValue(a) - GetBValue(b))});
+}
+bool Near(COLORREF a, COLORREF b) {
+  return Distance(a, b) <= 12;
+}
+
+// Settings-window-like: the blue window with a bar of "Messages", "Help",
+// "About" and one menu button, recording the bar's events.
+class TabShell : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(host.Create("tab bar test", kHostX, kHostY, 458, 120));
+    ASSERT_TRUE(bar.Create(host.Hwnd(), 0, 0, 6870));
+    TabMenu& m = bar.Model();
+    m.events.ItemClick = [this] { raised.push_back("click:" + bar.Model().SelectedItem()); };
+    m.events.ItemMenuClick = [this] { raised.push_back("menu:" + bar.Model().SelectedItem()); };
+    m.AddButton(1, "Messages");
+    m.AddButton(1, "Help");
+    m.AddButton(1, "About");
+    m.AddButton(2, "");
+    PumpMessages(150);
+  }
+
+  HWND Tab(int n) const { return bar.TabHwnd(static_cast<std::int16_t>(n + 1)); }
+  HWND Menu() const { return bar.MenuButtonHwnd(2); }
+
+  void Click(HWND button, int x = 30, int y = 10) {
+    ::SendMessageA(button, WM_LBUTTONDOWN, MK_LBUTTON, At(x, y));
+    ::SendMessageA(button, WM_LBUTTONUP, 0, At(x, y));
+  }
+
+  // The screen pixel at x, y of a button's window, once painting is done.
+  COLORREF Painted(HWND button, int x, int y) {
+    ::UpdateWindow(button);
+    PumpMessages(100);
+    POINT p{x, y};
+    ::ClientToScreen(button, &p);
+    return ScreenPixel(p.x, p.y);
+  }
+
+  // Pixels of a tab's caption box that are near white and that are dark.
+  struct CaptionInk {
+    int white = 0;
+    int dark = 0;
+  };
+  CaptionInk Caption(HWND tab) {
+    ::UpdateWindow(tab);
+    PumpMessages(100);
+    RECT label = bar.ToPixels(bar.Model().Tab(2).LblTextRect());
+    POINT origin{0, 0};
+    ::ClientToScreen(tab, &origin);
+    WindowDC screen(nullptr);
+    CaptionInk ink;
+    for (int y = label.top; y < label.bottom; ++y)
+      for (int x = label.left; x < label.right; ++x) {
+        const COLORREF c = ::GetPixel(screen.Get(), origin.x + x, origin.y + y);
+        if (GetRValue(c) > 235 && GetGValue(c) > 235 && GetBValue(c) > 235) ++ink.white;
+        if (GetRValue(c) < 90 && GetGValue(c) < 90 && GetBValue(c) < 130) ++ink.dark;
+      }
+    return ink;
+  }
+
+  BlueHost host;
+  TabMenuWindow bar;
+  std::vector<std::string> raised;
+};
+
+TEST_F(TabShell, WindowsSitWhereTheModelPutsThem) {
+  auto placeOf = [&](HWND hwnd) {
+    RECT w{};
+    ::GetWindowRect(hwnd, &w);
+    ::MapWindowPoints(HWND_DESKTOP, bar.Hwnd(), reinterpret_cast<POINT*>(&w), 2);
+    return w;
+  };
+  const RECT whole = placeOf(bar.Hwnd());
+  EXPECT_EQ(whole.right - whole.left, 458);
+  EXPECT_EQ(whole.bottom - whole.top, 35) << "the strip's height";
+  for (int n = 1; n <= 3; ++n) {
+    const RECT w = placeOf(Tab(n));
+    EXPECT_EQ(w.left, 70 * (n - 1)) << n;
+    EXPECT_EQ(w.right - w.left, 70);
+    EXPECT_EQ(w.bottom - w.top, 35);
+    EXPECT_TRUE(::IsWindowVisible(Tab(n)));
+  }
+  const RECT menu = placeOf(Menu());
+  EXPECT_EQ(menu.left, 210);
+  EXPECT_EQ(menu.right - menu.left, 27);
+  EXPECT_FALSE(::IsWindowVisible(bar.TabHwnd(1))) << "the template stays hidden";
+}
+
+TEST_F(TabShell, ClicksRaiseTheBarsEvents) {
+  bar.Model().SetTabFocus(1);
+  Click(Tab(2));
+  Click(Tab(2));
+  Click(Menu(), 10, 20);
+  EXPECT_EQ(raised, (std::vector<std::string>{"click:Messages", "click:Help", "click:Help", "menu:1"}));
+  EXPECT_TRUE(bar.Model().Tab(3).HasFocus());
+  EXPECT_FALSE(bar.Model().Tab(2).HasFocus());
+
+  // Only a left button that went down and came up on the picture counts.
+  raised.clear();
+  Click(Tab(3), 67, 10);  // on the divider
+  ::SendMessageA(Tab(3), WM_LBUTTONUP, 0, At(30, 10));
+  ::SendMessageA(Tab(1), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 10));
+  ::SendMessageA(Tab(1), WM_LBUTTONUP, 0, At(300, 10));  // released off the tab
+  ::SendMessageA(Tab(1), WM_RBUTTONDOWN, MK_RBUTTON, At(30, 10));
+  ::SendMessageA(Tab(1), WM_RBUTTONUP, 0, At(30, 10));
+  EXPECT_TRUE(raised.empty());
+  EXPECT_EQ(bar.Model().Tab(2).ImgButton(), TabPicture::Down) << "pressed, but not focused";
+  EXPECT_EQ(::GetCapture(), nullptr);
+}
+
+TEST_F(TabShell, TheScreenShowsEachTabsLook) {
+  const TabPictures& pictures = bar.Pictures();
+  // The foot of each picture tells them apart: the strip's edge, the
+  // hover line, and the selected tab's blue running into the page.
+  const COLORREF normal = PictureColour(pictures.tabNormal.Get(), 0.5, 0.99);
+  const COLORREF over = PictureColour(pictures.tabOver.Get(), 0.5, 0.99);
+  const COLORREF down = PictureColour(pictures.tabDown.Get(), 0.5, 0.99);
+  ASSERT_GT(Distance(normal, over), 30);
+  ASSERT_GT(Distance(over, down), 30);
+
+  bar.Model().SetTabFocus(1);
+  ::SendMessageA(Tab(2), WM_MOUSEMOVE, 0, At(20, 20));
+  EXPECT_PRED2(Near, Painted(Tab(1), 32, 34), down);
+  EXPECT_PRED2(Near, Painted(Tab(2), 32, 34), over);
+  EXPECT_PRED2(Near, Painted(Tab(3), 32, 34), normal);
+
+  // The focused tab's caption is white on its blue; the others' are dark.
+  const CaptionInk focused = Caption(Tab(1));
+  EXPECT_GT(focused.white, 15);
+  EXPECT_EQ(focused.dark, 0);
+  const CaptionInk other = Caption(Tab(3));
+  EXPECT_GT(other.dark, 15);
+
+  // Hover moves on to the next tab and leaves the focused one alone.
+  ::SendMessageA(Tab(3), WM_MOUSEMOVE, 0, At(20, 20));
+  ::SendMessageA(Tab(1), WM_MOUSEMOVE, 0, At(20, 20));
+  EXPECT_PRED2(Near, Painted(Tab(1), 32, 34), down);
+  EXPECT_PRED2(Near, Painted(Tab(2), 32, 34), normal);
+  EXPECT_PRED2(Near, Painted(Tab(3), 32, 34), normal) << "the move onto the focused tab took the hover away";
+
+  // The menu button: hover and pressed pictures, never a focused one.
+  const COLORREF menuOver = PictureColour(pictures.menuOver.Get(), 0.5, 0.99);
+  const COLORREF menuDown = PictureColour(pictures.menuDown.Get(), 0.5, 0.99);
+  ::SendMessageA(Menu(), WM_MOUSEMOVE, 0, At(10, 20));
+  EXPECT_PRED2(Near, Painted(Menu(), 11, 34), menuOver);
+  Click(Menu(), 10, 20);
+  EXPECT_PRED2(Near, Painted(Menu(), 11, 34), menuDown) << "still pressed after the click";
+}
+
+TEST_F(TabShell, RealPointerInputReachesTheBar) {
+  auto moveTo = [&](HWND button, int x, int y) {
+    POINT p{x, y};
+    ::ClientToScreen(button, &p);
+    ::SetCursorPos(p.x, p.y);
+    PumpMessages(150);
+  };
+  auto press = [](DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    ::SendInput(1, &input, sizeof input);
+    PumpMessages(150);
+  };
+  moveTo(Tab(2), 30, 20);
+  EXPECT_EQ(bar.Model().Tab(3).ImgButton(), TabPicture::Over);
+  moveTo(Tab(3), 30, 20);
+  EXPECT_EQ(bar.Model().Tab(3).ImgButton(), TabPicture::Normal);
+  EXPECT_EQ(bar.Model().Tab(4).ImgButton(), TabPicture::Over);
+  press(MOUSEEVENTF_LEFTDOWN);
+  press(MOUSEEVENTF_LEFTUP);
+  EXPECT_EQ(raised, (std::vector<std::string>{"click:About"}));
+  EXPECT_TRUE(bar.Model().Tab(4).HasFocus());
+  moveTo(host.Hwnd(), 400, 100);  // away from the bar: nothing to undo
+}
+
+}  // namespace
+}  // namespace qm::win32
