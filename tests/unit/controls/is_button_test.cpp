@@ -1,0 +1,484 @@
+// The image button's model: stored properties, lets, the state machine,
+// layout arithmetic, regions, Style 10's fixed colours and the grey icon.
+#include "controls/is_button.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace qm {
+namespace {
+
+// A window of 15 twips a pixel whose caption measures 7 pixels a shown
+// character and 16 high, and whose system colour n is RGB(n, 100, 200).
+class FakeSurface final : public ButtonSurface {
+ public:
+  ButtonSize SizeTwips() const override { return size; }
+  void SetSizeTwips(ButtonSize s) override { size = s; }
+  ButtonSize InnerPixels() const override { return {size.width / 15, size.height / 15}; }
+  ButtonRect MeasureCaption(std::string_view caption, const ButtonRect& bounds,
+                            unsigned flags) const override {
+    ++measures;
+    measureFlags = flags;
+    const int width = 7 * static_cast<int>(ParseAccessKey(caption).text.size());
+    return {bounds.left, bounds.top, bounds.left + width, bounds.top + 16};
+  }
+  OleColor SystemColor(int index) const override { return Rgb(index, 100, 200); }
+  bool HasVisualStyles() const override { return visualStyles; }
+  FontSpec CurrentFont() const override { return {"MS Sans Serif", 8.25}; }
+  void ApplyRegion(const ButtonRegion& r) override { region = r; }
+  void Repaint() override { ++repaints; }
+  void PaintPending() override { ++paintedNow; }
+  void TrackMouseLeave() override { ++tracked; }
+  void ShowTooltip(const TooltipSpec& t) override {
+    tooltip = t;
+    tooltipShown = true;
+  }
+  void HideTooltip() override { tooltipShown = false; }
+  void EnableSurface(bool e) override { enabled = e; }
+  void ApplyFont(const FontSpec& f) override { font = f; }
+  void ApplyMousePointer(std::int16_t p) override { pointer = p; }
+
+  ButtonSize size{975, 435};  // 65 x 29 pixels, as the settings window's "Add"
+  bool visualStyles = false;
+  mutable int measures = 0;
+  mutable unsigned measureFlags = 0;
+  ButtonRegion region;
+  int repaints = 0;
+  int paintedNow = 0;
+  int tracked = 0;
+  TooltipSpec tooltip;
+  bool tooltipShown = false;
+  bool enabled = true;
+  FontSpec font;
+  std::int16_t pointer = -1;
+};
+
+constexpr OleColor Sys(int index) {
+  return Rgb(index, 100, 200);
+}
+
+class IsButtonTest : public ::testing::Test {
+ protected:
+  // The settings window's "&Start": stored with Style 10 and little else.
+  void LoadStart(bool tracking = true) {
+    button.ReadProperties({{"Style", 10},
+                           {"iNonThemeStyle", 0},
+                           {"Caption", "&Start"},
+                           {"ToolTipType", 0},
+                           {"Tooltiptitle", ""},
+                           {"ToolTipIcon", 0},
+                           {"ttForeColor", 0}});
+    Watch();
+    button.Start(tracking);
+  }
+  void Watch() {
+    button.events.Click = [this] { raised.push_back("Click"); };
+    button.events.MouseEnter = [this] { raised.push_back("MouseEnter"); };
+    button.events.MouseLeave = [this] { raised.push_back("MouseLeave"); };
+    button.PropertyChanged = [this](std::string_view name) { changed.emplace_back(name); };
+  }
+  void ClickInside() {
+    button.MouseMove(true);
+    button.MouseDown(MouseButton::Left);
+    button.MouseUp(MouseButton::Left, true);
+  }
+
+  FakeSurface surface;
+  isButton button{surface};
+  std::vector<std::string> raised;
+  std::vector<std::string> changed;
+};
+
+using Strings = std::vector<std::string>;
+
+// --- Stored properties -----------------------------------------------------
+
+TEST_F(IsButtonTest, StoredButtonTakesItsValuesAndTheReadDefaultsForTheRest) {
+  LoadStart();
+  EXPECT_EQ(button.Style(), 10);
+  EXPECT_EQ(button.NonThemeStyle(), 0);
+  EXPECT_EQ(button.Caption(), "&Start");
+  EXPECT_EQ(button.ToolTipType(), 0);
+  EXPECT_EQ(button.ToolTipForeColor(), 0u);
+  EXPECT_EQ(button.IconSize(), 16);
+  EXPECT_EQ(button.IconAlign(), 1);
+  EXPECT_TRUE(button.Enabled());
+  EXPECT_TRUE(button.RoundedBordersByTheme());
+  EXPECT_EQ(button.MaskColor(), 0x00C0C0C0u);
+  EXPECT_EQ(button.BackColor(), Sys(15));
+  EXPECT_EQ(button.HighlightColor(), Sys(13));
+  EXPECT_EQ(button.FontHighlightColor(), Sys(18));
+  EXPECT_EQ(button.ToolTipBackColor(), Sys(23));
+  EXPECT_EQ(button.Font(), surface.CurrentFont());
+  EXPECT_EQ(button.Version(), "3.6.2");
+  EXPECT_EQ(button.Margin(), 7);
+}
+
+TEST_F(IsButtonTest, CaptionMissingOrSavedEmptyReadsAsIsButton) {
+  button.ReadProperties({{"Style", 10}});
+  EXPECT_EQ(button.Caption(), "isButton");
+
+  button.SetCaption("");
+  PropertyStore saved;
+  button.WriteProperties(saved);
+  EXPECT_FALSE(saved.Has("Caption"));
+
+  isButton reloaded(surface);
+  reloaded.ReadProperties(saved);
+  EXPECT_EQ(reloaded.Caption(), "isButton");
+}
+
+TEST_F(IsButtonTest, NewControlIsWrittenUnderItsKeysAndReadsBackTheSame) {
+  button.InitProperties("cmdAdd");
+  EXPECT_EQ(button.Caption(), "cmdAdd");
+  EXPECT_EQ(button.Style(), 0);
+  EXPECT_EQ(button.ToolTipBackColor(), 0u);
+  EXPECT_FALSE(button.RoundedBordersByTheme());
+  button.SetUseCustomColors(true);
+  button.SetRightToLeft(true);
+  button.SetBackColor(0x00FF8080);
+
+  PropertyStore saved;
+  button.WriteProperties(saved);
+  // Written: what differs from its default, with the keys' own spellings,
+  // and the keys that are always written even when empty.
+  EXPECT_EQ(saved.Keys(),
+            (Strings{"BackColor", "bRTLText", "Caption", "Font", "Icon", "iNonThemeStyle", "MaskColor",
+                     "RoundedBordersByTheme", "Style", "ToolTipIcon", "Tooltiptitle", "ToolTipType",
+                     "ttBackColor", "ttForeColor", "USeCustomColors"}));
+  EXPECT_EQ(saved.ReadLong("bRTLText", 0), -1);
+
+  isButton reloaded(surface);
+  reloaded.ReadProperties(saved);
+  EXPECT_EQ(reloaded.Caption(), "cmdAdd");
+  EXPECT_EQ(reloaded.Style(), 0);
+  EXPECT_EQ(reloaded.NonThemeStyle(), 0);
+  EXPECT_EQ(reloaded.BackColor(), 0x00FF8080u);
+  EXPECT_TRUE(reloaded.UseCustomColors());
+  EXPECT_TRUE(reloaded.RightToLeft());
+  EXPECT_FALSE(reloaded.RoundedBordersByTheme());
+  EXPECT_EQ(reloaded.ToolTipType(), 1);
+  EXPECT_EQ(reloaded.MaskColor(), 0u);
+}
+
+// --- Lets ------------------------------------------------------------------
+
+TEST_F(IsButtonTest, LetsTellTheContainerByNameAndLayOutOnlyWhenTheShapeChanges) {
+  LoadStart();
+  const int measures = surface.measures;
+  button.SetBackColor(0x00B36A36);
+  button.SetToolTipTitle("Hint");
+  button.SetToolTipIcon(1);
+  EXPECT_EQ(surface.measures, measures);
+  button.SetCaption("E&xit");
+  button.SetStyle(7);
+  EXPECT_EQ(surface.measures, measures + 2);
+  EXPECT_EQ(surface.region.kind, ButtonRegion::Kind::Polygon);
+
+  const int repaints = surface.repaints;
+  button.SetMousePointer(2);
+  EXPECT_EQ(surface.repaints, repaints);
+  EXPECT_EQ(surface.pointer, 2);
+  button.SetRightToLeft(true);
+  EXPECT_EQ(surface.measureFlags, 0x20410u);
+  EXPECT_EQ(changed, (Strings{"BackColor", "TooltipTitle", "TooltipIcon", "Caption", "Style", "MousePointer",
+                              "bRTLText"}));
+}
+
+TEST_F(IsButtonTest, DisablingResetsTheStateAndPaintsGreyOnTheButtonFace) {
+  LoadStart();
+  button.SetStyle(0);
+  button.SetUseCustomColors(true);
+  button.SetIcon(Picture{1});
+  button.MouseMove(true);
+  button.SetEnabled(false);
+  EXPECT_FALSE(surface.enabled);
+  EXPECT_EQ(button.State(), ButtonState::Normal);
+  const ButtonLook look = button.Look();
+  EXPECT_EQ(look.state, ButtonState::Disabled);
+  EXPECT_EQ(look.face, Sys(15));
+  EXPECT_EQ(look.textColor, Sys(17));
+  EXPECT_TRUE(look.greyIcon);
+}
+
+// --- State machine ---------------------------------------------------------
+
+TEST_F(IsButtonTest, PressedAndReleasedInsideRaisesClickAfterPaintingHover) {
+  LoadStart();
+  int paintedBeforeClick = -1;
+  button.events.Click = [&] { paintedBeforeClick = surface.paintedNow; };
+  button.MouseMove(true);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+  EXPECT_EQ(button.State(), ButtonState::Hover);
+  EXPECT_EQ(surface.tracked, 1);
+  button.MouseDown(MouseButton::Left);
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(paintedBeforeClick, 1);
+  EXPECT_EQ(button.State(), ButtonState::Hover);
+  EXPECT_EQ(surface.tracked, 2);  // tracking restarted
+}
+
+TEST_F(IsButtonTest, PressedMovedOffAndReleasedRaisesNoClick) {
+  LoadStart();
+  button.MouseMove(true);
+  button.MouseDown(MouseButton::Left);
+  button.MouseMove(false);
+  button.MouseLeft();  // the platform's own notice, after the captured move
+  button.MouseUp(MouseButton::Left, false);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave"}));
+  EXPECT_EQ(button.State(), ButtonState::Normal);
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Normal);
+
+  // Only the left button clicks.
+  button.MouseMove(true);
+  button.MouseDown(MouseButton::Right);
+  button.MouseUp(MouseButton::Right, true);
+  EXPECT_EQ(raised.back(), "MouseEnter");
+}
+
+TEST_F(IsButtonTest, ToggleButtonGoesDownOnOneClickAndUpWithClickOnTheNext) {
+  LoadStart();
+  button.SetButtonType(1);
+  ClickInside();
+  EXPECT_TRUE(button.Value());
+  EXPECT_EQ(button.State(), ButtonState::Hover);
+  EXPECT_EQ(button.Look().state, ButtonState::Pressed);
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});  // an up toggle going down raises no Click
+
+  button.MouseDown(MouseButton::Left);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_FALSE(button.Value());
+  EXPECT_EQ(raised.back(), "Click");
+  EXPECT_EQ(button.Look().state, ButtonState::Hover);
+}
+
+TEST_F(IsButtonTest, WithoutMouseTrackingOnlyTheKeyboardClicks) {
+  LoadStart(false);
+  ClickInside();
+  EXPECT_TRUE(raised.empty());
+  EXPECT_EQ(surface.tracked, 0);
+
+  EXPECT_EQ(button.KeyDown(ButtonKey::Space, false), FocusMove::None);
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
+  button.KeyUp(ButtonKey::Space);
+  EXPECT_EQ(raised, Strings{"Click"});
+  EXPECT_EQ(button.State(), ButtonState::Normal);
+
+  button.AccessKeyPress();
+  EXPECT_EQ(raised, (Strings{"Click", "Click"}));
+  EXPECT_EQ(button.State(), ButtonState::Normal);
+}
+
+TEST_F(IsButtonTest, ArrowsMoveTheFocusAndTabAlsoRaisesMouseLeave) {
+  LoadStart();
+  EXPECT_EQ(button.KeyDown(ButtonKey::Right, false), FocusMove::Next);
+  EXPECT_EQ(button.KeyDown(ButtonKey::Down, false), FocusMove::Next);
+  EXPECT_EQ(button.KeyDown(ButtonKey::Left, false), FocusMove::Previous);
+  EXPECT_EQ(button.KeyDown(ButtonKey::Up, false), FocusMove::Previous);
+  EXPECT_TRUE(raised.empty());
+  EXPECT_EQ(button.KeyDown(ButtonKey::Tab, true), FocusMove::Previous);
+  EXPECT_EQ(raised, Strings{"MouseLeave"});
+}
+
+TEST_F(IsButtonTest, FocusShowsTheHoverGlossAndTheDefaultThemeState) {
+  LoadStart();
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Normal);
+  button.GotFocus();
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Hover);
+  button.SetEnabled(false);
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Hover);  // disabled but focused
+
+  surface.visualStyles = true;
+  button.SetEnabled(true);
+  button.SetStyle(6);
+  EXPECT_EQ(button.Look().themeState, ButtonState::Default);
+  button.LostFocus();
+  EXPECT_EQ(button.Look().themeState, ButtonState::Normal);
+}
+
+TEST_F(IsButtonTest, ThemedStyleWithoutVisualStylesBecomesTheNonThemeStyleAtItsFirstPaint) {
+  LoadStart();
+  button.SetNonThemeStyle(8);
+  button.SetStyle(6);
+  changed.clear();
+  EXPECT_EQ(button.Style(), 6);
+  const ButtonLook look = button.Look();
+  EXPECT_EQ(look.style, 8);
+  EXPECT_EQ(button.Style(), 8);
+  EXPECT_EQ(changed, Strings{"Style"});
+  EXPECT_EQ(surface.region.points.front(), (ButtonPoint{0, 2}));
+
+  surface.visualStyles = true;
+  button.SetStyle(6);
+  EXPECT_EQ(button.Look().style, 6);
+  EXPECT_EQ(surface.region.kind, ButtonRegion::Kind::Theme);
+}
+
+TEST_F(IsButtonTest, TooltipTakesTheContainersTextWhileTheMouseIsOver) {
+  button.ReadProperties({{"ToolTipText", "Starts the messages"},
+                         {"Tooltiptitle", "Start"},
+                         {"ToolTipIcon", 1},
+                         {"ttForeColor", static_cast<std::int64_t>(0x80000008)}});
+  button.Start(true);
+  EXPECT_EQ(button.ContainerToolTipText(), "Starts the messages");
+
+  button.MouseMove(true);
+  ASSERT_TRUE(surface.tooltipShown);
+  EXPECT_EQ(surface.tooltip.text, "Starts the messages");
+  EXPECT_EQ(surface.tooltip.title, "Start");
+  EXPECT_EQ(surface.tooltip.icon, 1);
+  EXPECT_TRUE(surface.tooltip.balloon);
+  EXPECT_EQ(surface.tooltip.foreColor, Sys(8));
+  EXPECT_EQ(surface.tooltip.backColor, Sys(23));
+  EXPECT_EQ(button.ContainerToolTipText(), "");
+
+  button.SetToolTipText("Go");
+  EXPECT_EQ(surface.tooltip.text, "Go");
+  button.MouseLeft();
+  EXPECT_FALSE(surface.tooltipShown);
+  EXPECT_EQ(button.ContainerToolTipText(), "Go");
+}
+
+// --- Layout ----------------------------------------------------------------
+
+TEST_F(IsButtonTest, SmallButtonGrowsToThreeHundredTwipsEachWay) {
+  surface.size = {200, 100};
+  LoadStart();
+  EXPECT_EQ(surface.size, (ButtonSize{300, 300}));
+  surface.size = {975, 299};
+  button.Layout();
+  EXPECT_EQ(surface.size, (ButtonSize{975, 300}));
+  surface.size = {975, 435};
+  button.Layout();
+  EXPECT_EQ(surface.size, (ButtonSize{975, 435}));
+}
+
+TEST_F(IsButtonTest, CentredCaptionLiesInTheMiddleOfTheButton) {
+  button.ReadProperties({{"Style", 10}, {"Caption", "Add"}});
+  button.Start(true);
+  // 65 x 29 pixels, "Add" 21 x 16: 22 + 21 + 22 across, 6.5 above rounds to 6.
+  EXPECT_EQ(button.CaptionRectangle(), (ButtonRect{22, 6, 43, 22}));
+  EXPECT_EQ(button.CaptionDrawFlags(), 21u);
+  EXPECT_EQ(surface.measureFlags, 0x410u);
+
+  // Halves go to the even neighbour and the width is kept: 37 / 2 and 93 / 2.
+  button.SetCaption("Edit");
+  EXPECT_EQ(button.CaptionRectangle(), (ButtonRect{18, 6, 46, 22}));
+}
+
+TEST(IsButtonLayout, RoundsHalvesToEven) {
+  EXPECT_EQ(RoundHalfEven(44), 22);
+  EXPECT_EQ(RoundHalfEven(45), 22);
+  EXPECT_EQ(RoundHalfEven(47), 24);
+  EXPECT_EQ(RoundHalfEven(-3), -2);
+}
+
+TEST(IsButtonLayout, CaptionFlagsFollowTheAlignment) {
+  EXPECT_EQ(CaptionFlags(0, false), 21u);
+  EXPECT_EQ(CaptionFlags(1, false), 20u);
+  EXPECT_EQ(CaptionFlags(2, false), 22u);
+  EXPECT_EQ(CaptionFlags(3, false), 17u);
+  EXPECT_EQ(CaptionFlags(4, false), 25u);
+  EXPECT_EQ(CaptionFlags(4, true), 25u | 0x20000u);
+}
+
+TEST(IsButtonLayout, SideCaptionsKeepClearOfAnIconOnTheirSide) {
+  const ButtonRect measured{4, 4, 25, 20};
+  EXPECT_EQ(CaptionRect(1, 65, 29, measured, 3, 16, true, 1), (ButtonRect{22, 6, 62, 22}));
+  EXPECT_EQ(CaptionRect(1, 65, 29, measured, 3, 16, false, 1), (ButtonRect{3, 6, 62, 22}));
+  EXPECT_EQ(CaptionRect(2, 65, 29, measured, 3, 16, true, 2), (ButtonRect{3, 6, 43, 22}));
+  EXPECT_EQ(CaptionRect(3, 65, 40, measured, 3, 16, true, 3), (ButtonRect{4, 22, 25, 38}));
+  EXPECT_EQ(CaptionRect(4, 65, 40, measured, 3, 16, false, 1), (ButtonRect{4, 21, 25, 37}));
+}
+
+TEST(IsButtonLayout, IconSitsByItsAlignmentAndMovesOnePixelWhenPressed) {
+  EXPECT_EQ(IconPosition(0, 65, 29, 16, 3, false), (ButtonPoint{24, 6}));
+  EXPECT_EQ(IconPosition(1, 65, 29, 16, 7, false), (ButtonPoint{7, 6}));
+  EXPECT_EQ(IconPosition(2, 65, 29, 16, 3, false), (ButtonPoint{46, 6}));
+  EXPECT_EQ(IconPosition(3, 65, 29, 16, 3, false), (ButtonPoint{24, 3}));
+  EXPECT_EQ(IconPosition(4, 65, 29, 16, 3, true), (ButtonPoint{25, 11}));
+}
+
+TEST(IsButtonRegion, EachStyleHasItsShape) {
+  using P = std::vector<ButtonPoint>;
+  const ButtonRegion cut1 = RegionForStyle(5, 65, 29, true);
+  EXPECT_EQ(cut1.kind, ButtonRegion::Kind::Polygon);
+  EXPECT_EQ(cut1.points, (P{{0, 1}, {1, 0}, {64, 0}, {65, 1}, {65, 27}, {63, 29}, {2, 29}, {0, 27}}));
+  EXPECT_EQ(RegionForStyle(7, 65, 29, true).points, cut1.points);
+
+  const ButtonRegion cut2 = RegionForStyle(9, 65, 29, true);
+  EXPECT_EQ(cut2.points, (P{{0, 2}, {2, 0}, {62, 0}, {65, 3}, {65, 26}, {62, 29}, {4, 29}, {0, 25}}));
+  EXPECT_EQ(RegionForStyle(8, 65, 29, true).points, cut2.points);
+
+  const ButtonRegion round = RegionForStyle(10, 65, 29, true);
+  EXPECT_EQ(round.kind, ButtonRegion::Kind::RoundRect);
+  EXPECT_EQ(round.right, 66);
+  EXPECT_EQ(round.bottom, 30);
+  EXPECT_EQ(round.ellipse, 18);
+
+  for (int style : {0, 1, 2, 3, 4, 11}) {
+    const ButtonRegion plain = RegionForStyle(style, 65, 29, true);
+    EXPECT_EQ(plain.kind, ButtonRegion::Kind::Rectangle) << style;
+    EXPECT_EQ(plain.right, 65);
+    EXPECT_EQ(plain.bottom, 29);
+  }
+  EXPECT_EQ(RegionForStyle(6, 65, 29, false).kind, ButtonRegion::Kind::Rectangle);
+}
+
+// --- Colours and captions --------------------------------------------------
+
+TEST(IsButtonArt, Style10HasItsFixedMiddleAndTopRows) {
+  EXPECT_EQ(Style10Pixel(GlossVariant::Normal, 30, 15, 65, 29), Rgb(232, 231, 234));
+  EXPECT_EQ(Style10Pixel(GlossVariant::Hover, 18, 11, 65, 29), Rgb(106, 166, 226));
+  EXPECT_EQ(Style10Pixel(GlossVariant::Pressed, 46, 20, 65, 29), Rgb(106, 155, 204));
+
+  const std::vector<OleColor> normalTop{Rgb(254, 254, 254), Rgb(230, 230, 230), Rgb(172, 172, 172),
+                                        Rgb(122, 122, 122), Rgb(108, 108, 108), Rgb(107, 107, 107)};
+  const std::vector<OleColor> hoverTop{Rgb(254, 254, 254), Rgb(229, 229, 230), Rgb(165, 165, 169),
+                                       Rgb(94, 94, 108),   Rgb(41, 39, 72),    Rgb(12, 13, 55)};
+  for (int x = 6; x <= 11; ++x) {
+    EXPECT_EQ(Style10Pixel(GlossVariant::Normal, x, 0, 93, 29), normalTop[x - 6]) << x;
+    EXPECT_EQ(Style10Pixel(GlossVariant::Hover, x, 0, 93, 29), hoverTop[x - 6]) << x;
+  }
+  // The caps stand at the ends whatever the width.
+  EXPECT_EQ(Style10Pixel(GlossVariant::Normal, 200 - 1 - 6, 0, 200, 40), normalTop[0]);
+  EXPECT_EQ(Style10Pixel(GlossVariant::Hover, 200 - 1 - 11, 0, 200, 40), hoverTop[5]);
+}
+
+TEST(IsButtonArt, GreyKeepsTheSixteenStepsAndWhiteAndRoundsHalvesToEven) {
+  for (unsigned v = 0; v < 256; v += 16) EXPECT_EQ(GreyColor(Rgb(v, v, v)), Rgb(v, v, v)) << v;
+  EXPECT_EQ(GreyColor(0x00FFFFFF), 0x00FFFFFFu);
+  EXPECT_EQ(GreyColor(Rgb(17, 17, 17)), Rgb(18, 18, 18));        // 17.51
+  EXPECT_EQ(GreyColor(Rgb(255, 0, 0)), Rgb(84, 84, 84));         // 84.15
+  EXPECT_EQ(GreyColor(Rgb(0, 255, 0)), Rgb(150, 150, 150));      // 150.45
+  EXPECT_EQ(GreyColor(Rgb(0, 0, 50)), Rgb(6, 6, 6));             // 5.5
+  EXPECT_EQ(GreyColor(Rgb(0, 0, 150)), Rgb(16, 16, 16));         // 16.5
+  EXPECT_EQ(GreyColor(Rgb(255, 255, 254)), Rgb(255, 255, 255));  // 262.54, at most 255
+}
+
+TEST(IsButtonArt, GradientRunsLinearlyFromFirstToLastLine) {
+  EXPECT_EQ(GradientStep(Rgb(0, 100, 200), Rgb(100, 0, 250), 0, 11), Rgb(0, 100, 200));
+  EXPECT_EQ(GradientStep(Rgb(0, 100, 200), Rgb(100, 0, 250), 5, 11), Rgb(50, 50, 225));
+  EXPECT_EQ(GradientStep(Rgb(0, 100, 200), Rgb(100, 0, 250), 10, 11), Rgb(100, 0, 250));
+}
+
+TEST(IsButtonCaption, AccessKeyIsTheLetterAfterTheAmpersand) {
+  const AccessKeyCaption start = ParseAccessKey("&Start");
+  EXPECT_EQ(start.text, "Start");
+  EXPECT_EQ(start.underlined, 0);
+  EXPECT_EQ(start.key, 'S');
+  const AccessKeyCaption exit = ParseAccessKey("E&xit");
+  EXPECT_EQ(exit.text, "Exit");
+  EXPECT_EQ(exit.underlined, 1);
+  EXPECT_EQ(exit.key, 'X');
+  EXPECT_EQ(ParseAccessKey("Save && Go").text, "Save & Go");
+  EXPECT_EQ(ParseAccessKey("Save && Go").key, 0);
+  EXPECT_EQ(ParseAccessKey("Add").underlined, -1);
+}
+
+}  // namespace
+}  // namespace qm

@@ -1,0 +1,66 @@
+// The property store: keys without regard to case, defaults for missing
+// or unusable values, the plain conversions, and writes that leave out
+// defaults.
+#include "controls/property_store.h"
+
+#include <gtest/gtest.h>
+
+namespace qm {
+namespace {
+
+TEST(PropertyStore, KeysMatchWithoutRegardToCaseAndKeepTheirFirstSpelling) {
+  PropertyStore store{{"USeCustomColors", true}, {"Style", 10}};
+  EXPECT_TRUE(store.Has("usecustomcolors"));
+  EXPECT_TRUE(store.ReadBool("USECUSTOMCOLORS", false));
+  EXPECT_EQ(store.ReadLong("sTyLe", 3), 10);
+
+  store.Set("usecustomcolors", false);
+  EXPECT_EQ(store.Size(), 2u);
+  EXPECT_FALSE(store.ReadBool("UseCustomColors", true));
+  EXPECT_EQ(store.Keys(), (std::vector<std::string>{"Style", "USeCustomColors"}));
+}
+
+TEST(PropertyStore, MissingAndUnusableValuesReadAsTheDefault) {
+  PropertyStore store{{"Style", "ten"}, {"MousePointer", 70000}, {"Caption", FontSpec{}}, {"Icon", 5}};
+  EXPECT_EQ(store.ReadLong("IconSize", 16), 16);
+  EXPECT_EQ(store.ReadString("Caption", "isButton"), "isButton");
+  EXPECT_EQ(store.ReadLong("Style", 3), 3);
+  EXPECT_EQ(store.ReadInteger("MousePointer", 0), 0);  // beyond 16 bits
+  EXPECT_EQ(store.ReadPicture("Icon", {}), Picture{});
+  EXPECT_EQ(store.ReadFont("Font", FontSpec{"Tahoma", 8}), (FontSpec{"Tahoma", 8}));
+  EXPECT_EQ(store.ReadColor("BackColor", 0x8000000F), 0x8000000Fu);
+}
+
+TEST(PropertyStore, ReadsTextNumbersAndBooleansAsTheKindAsked) {
+  PropertyStore store{{"Enabled", "False"},      {"Value", "true"},          {"Style", "10"},
+                      {"BackColor", "&HB36A36"}, {"FontColor", -2147483633}, {"ShowFocus", 1},
+                      {"bRTLText", true},        {"Tooltiptitle", 42}};
+  EXPECT_FALSE(store.ReadBool("Enabled", true));
+  EXPECT_TRUE(store.ReadBool("Value", false));
+  EXPECT_TRUE(store.ReadBool("ShowFocus", false));
+  EXPECT_EQ(store.ReadLong("Style", 3), 10);
+  EXPECT_EQ(store.ReadColor("BackColor", 0), 0x00B36A36u);
+  EXPECT_EQ(store.ReadColor("FontColor", 0), 0x8000000Fu);  // a colour kept as a signed number
+  EXPECT_EQ(store.ReadLong("bRTLText", 0), -1);
+  EXPECT_EQ(store.ReadString("Tooltiptitle", ""), "42");
+}
+
+TEST(PropertyStore, WritesOnlyWhatDiffersFromTheDefaultUnlessAlways) {
+  PropertyStore store;
+  store.WriteLong("Style", 3, 3);
+  store.WriteString("Caption", "", "");
+  store.WriteColor("MaskColor", 0x00C0C0C0, 0x00C0C0C0);
+  EXPECT_EQ(store.Size(), 0u);
+
+  store.WriteLong("Style", 10, 3);
+  store.WriteAlways("Tooltiptitle", std::string());
+  EXPECT_EQ(store.ReadLong("Style", 3), 10);
+  EXPECT_TRUE(store.Has("Tooltiptitle"));
+
+  // Back at the default, the key goes: a fresh save would not hold it.
+  store.WriteLong("style", 3, 3);
+  EXPECT_FALSE(store.Has("Style"));
+}
+
+}  // namespace
+}  // namespace qm
