@@ -150,22 +150,22 @@ void SettingsStore::LoadSettings(const SettingsTargets& t) {
     t.flasher.SetLabelColor(t.lblPreview.ForeColor());
     t.flasher.SetLabelFont(t.lblPreview.Font());
 
-    // Copies first: each wheel's change handling rewrites its entry.
-    const std::optional<std::int16_t> duration = s.duration;
-    const std::optional<std::int16_t> frequency = s.frequency;
-    if (!duration || *duration == 0) {
+    // Each wheel's change handling labels it, sets the flasher's timer and
+    // stores its entry.
+    if (!s.duration || *s.duration == 0) {
       t.bvlWHEEL1.SetValue(kFallbackTiming);
     } else {
-      t.bvlWHEEL1.SetValue(*duration);
+      t.bvlWHEEL1.SetValue(*s.duration);
       t.flasher.TimerDisplayLength().SetInterval(milliseconds(t.bvlWHEEL1.Value()));
     }
-    if (!frequency || *frequency == 0) {
+    if (!s.frequency || *s.frequency == 0) {
       t.bvlWHEEL2.SetValue(kFallbackTiming);
     } else {
-      t.bvlWHEEL2.SetValue(*frequency);
+      t.bvlWHEEL2.SetValue(*s.frequency);
       t.flasher.TimerFrequency().SetInterval(seconds(t.bvlWHEEL2.Value()));
     }
   } else {
+    // Nothing stored: the flasher's timers follow what the wheels show.
     t.bvlWHEEL1.SetValue(t.bvlWHEEL1.Value());
     t.bvlWHEEL2.SetValue(t.bvlWHEEL2.Value());
   }
