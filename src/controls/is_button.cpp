@@ -667,16 +667,15 @@ ButtonLook isButton::Look() {
           useCustomColors_ && s != ButtonState::Disabled
               ? Style5Skin(look.face, Resolve(highlightColor_), skinVariant)
               : Style5Skin(Resolve(SysCode(kSysButtonFace)), Resolve(SysCode(kSysHighlight)), skinVariant);
-      look.cut = 1;
+      // The default button is lined with the highlight colour.
+      if (look.defaultFrame && skinVariant == GlossVariant::Normal) {
+        look.skin.light = MixColor(Resolve(SysCode(kSysHighlight)), 0x00FFFFFF, 300);
+      }
       break;
     case 7:
-      look.skin = FixedSkin(7, skinVariant);
-      look.cut = 1;
-      break;
     case 8:
     case 9:
       look.skin = FixedSkin(style_, skinVariant);
-      look.cut = 3;
       break;
     default:
       break;

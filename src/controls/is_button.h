@@ -131,7 +131,6 @@ struct ButtonLook {
   OleColor face = 0;             // styles 0 to 4
   std::vector<FrameRing> frame;  // styles 1 to 4
   SkinColors skin;               // styles 5, 7, 8 and 9
-  int cut = 0;                   // corner cut of styles 5, 7, 8 and 9
   OleColor textColor = 0;
   std::string caption;
   ButtonRect captionRect;

@@ -1,0 +1,277 @@
+// The image button on the (virtual) screen under Wine: every style made
+// and shaped by its region, real mouse and key messages turned into the
+// button's events and looks, Style 10's fixed colours on the screen, the
+// tooltip window while the mouse is over, and the grey icon when disabled.
+#include "controls/is_button_win32.h"
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tab_host_win32.h"
+
+namespace qm::win32 {
+namespace {
+
+constexpr int kHostX = 40;
+constexpr int kHostY = 60;
+constexpr TwipBounds kAdd{180, 540, 975, 435};  // 65 x 29 pixels
+constexpr TwipBounds kNext{1290, 540, 975, 435};
+
+LPARAM At(int x, int y) {
+  return MAKELPARAM(x, y);
+}
+
+COLORREF ToRef(OleColor c) {
+  return static_cast<COLORREF>(c);
+}
+
+std::string Hex(COLORREF c) {
+  char text[16];
+  wsprintfA(text, "%06X", static_cast<unsigned>(c));
+  return text;
+}
+
+class ButtonShell : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ::SetCursorPos(1000, 740);  // the pointer away from everything
+    ASSERT_TRUE(host.Create("button test", kHostX, kHostY, 458, 120));
+  }
+
+  isButtonWindow& Make(const PropertyStore& stored, const TwipBounds& at = kAdd) {
+    buttons.push_back(std::make_unique<isButtonWindow>());
+    isButtonWindow& b = *buttons.back();
+    EXPECT_TRUE(b.Create(host.Hwnd(), at, stored));
+    b.Model().events.Click = [this] { raised.push_back("Click"); };
+    b.Model().events.MouseEnter = [this] { raised.push_back("MouseEnter"); };
+    b.Model().events.MouseLeave = [this] { raised.push_back("MouseLeave"); };
+    PumpMessages(50);
+    return b;
+  }
+
+  // The screen pixel at x, y of a button, once painting is done.
+  static COLORREF Painted(const isButtonWindow& b, int x, int y) {
+    ::UpdateWindow(b.Hwnd());
+    PumpMessages(60);
+    return OnScreen(b, x, y);
+  }
+  static COLORREF OnScreen(const isButtonWindow& b, int x, int y) {
+    POINT p{x, y};
+    ::ClientToScreen(b.Hwnd(), &p);
+    WindowDC screen(nullptr);
+    return ::GetPixel(screen.Get(), p.x, p.y);
+  }
+
+  static bool InRegion(const isButtonWindow& b, int x, int y) {
+    Region r(::CreateRectRgn(0, 0, 0, 0));
+    if (::GetWindowRgn(b.Hwnd(), r.Get()) == ERROR) return true;  // no region: the whole window
+    return ::PtInRegion(r.Get(), x, y) != FALSE;
+  }
+
+  BlueHost host;
+  std::vector<std::unique_ptr<isButtonWindow>> buttons;
+  std::vector<std::string> raised;
+};
+
+using Strings = std::vector<std::string>;
+
+TEST_F(ButtonShell, EveryStyleIsMadeShapedAndPainted) {
+  for (int style = 0; style <= 11; ++style) {
+    SCOPED_TRACE("Style " + std::to_string(style));
+    isButtonWindow& b = Make({{"Style", style}, {"iNonThemeStyle", 5}, {"Caption", "Add"}});
+    char cls[64] = {};
+    ::GetClassNameA(b.Hwnd(), cls, sizeof cls);
+    EXPECT_STREQ(cls, isButtonWindow::kClassName);
+    char text[64] = {};
+    ::GetWindowTextA(b.Hwnd(), text, sizeof text);
+    EXPECT_STREQ(text, "Add");
+
+    const int shown = b.Model().Style();  // 6 may have become 5 at its first paint
+    const bool cut = shown == 5 || shown == 7 || shown == 8 || shown == 9 || shown == 10;
+    EXPECT_TRUE(InRegion(b, 32, 14));
+    EXPECT_EQ(InRegion(b, 0, 0), !cut);
+    EXPECT_EQ(InRegion(b, 64, 28), !cut);
+    if (shown == 8 || shown == 9) {
+      EXPECT_FALSE(InRegion(b, 1, 0));
+    }
+
+    // A face of its own, except "no background", where the window shows.
+    const COLORREF face = Painted(b, 32, 3);
+    if (style == 11) {
+      EXPECT_EQ(face, ToRef(kSettingsBlue));
+    } else {
+      EXPECT_NE(face, ToRef(kSettingsBlue)) << Hex(face);
+    }
+    b.Destroy();
+  }
+}
+
+TEST_F(ButtonShell, SmallButtonGrowsToTwentyPixels) {
+  isButtonWindow& b = Make({{"Style", 10}}, {0, 0, 200, 100});
+  RECT r{};
+  ::GetClientRect(b.Hwnd(), &r);
+  EXPECT_EQ(r.right, 20);
+  EXPECT_EQ(r.bottom, 20);
+}
+
+TEST_F(ButtonShell, Style10ShowsItsOwnColoursWhateverBackColorHolds) {
+  isButtonWindow& blue = Make({{"Style", 10}, {"Caption", "Add"}, {"BackColor", 0x00B36A36u}});
+  isButtonWindow& custom =
+      Make({{"Style", 10}, {"Caption", "Add"}, {"BackColor", 0x00FF8080u}, {"USeCustomColors", true}}, kNext);
+  const COLORREF normalTop[] = {RGB(254, 254, 254), RGB(230, 230, 230), RGB(172, 172, 172),
+                                RGB(122, 122, 122), RGB(108, 108, 108), RGB(107, 107, 107)};
+  const COLORREF hoverTop[] = {RGB(254, 254, 254), RGB(229, 229, 230), RGB(165, 165, 169),
+                               RGB(94, 94, 108),   RGB(41, 39, 72),    RGB(12, 13, 55)};
+  for (isButtonWindow* b : {&blue, &custom}) {
+    EXPECT_EQ(Painted(*b, 18, 11), RGB(232, 231, 234));
+    EXPECT_EQ(Painted(*b, 46, 20), RGB(232, 231, 234));
+    for (int x = 6; x <= 11; ++x) EXPECT_EQ(Painted(*b, x, 0), normalTop[x - 6]) << x;
+  }
+
+  POINT over{30, 20};
+  ::ClientToScreen(custom.Hwnd(), &over);
+  ::SetCursorPos(over.x, over.y);
+  ::SendMessageA(custom.Hwnd(), WM_MOUSEMOVE, 0, At(30, 20));
+  EXPECT_EQ(Painted(custom, 18, 11), RGB(106, 166, 226));
+  for (int x = 6; x <= 11; ++x) EXPECT_EQ(Painted(custom, x, 0), hoverTop[x - 6]) << x;
+  ::SendMessageA(custom.Hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
+  EXPECT_EQ(Painted(custom, 18, 11), RGB(106, 155, 204));
+  ::SendMessageA(custom.Hwnd(), WM_LBUTTONUP, 0, At(30, 20));
+  ::SetCursorPos(1000, 740);
+
+  // Disabled: the normal face again, and the grey caption.
+  blue.Model().SetEnabled(false);
+  EXPECT_FALSE(::IsWindowEnabled(blue.Hwnd()));
+  EXPECT_EQ(Painted(blue, 18, 11), RGB(232, 231, 234));
+}
+
+TEST_F(ButtonShell, MouseMessagesRaiseEnterClickAndLeave) {
+  isButtonWindow& b = Make({{"Style", 10}, {"Caption", "&Start"}, {"ToolTipText", "Starts the messages"}});
+  POINT over{30, 20};
+  ::ClientToScreen(b.Hwnd(), &over);
+  ::SetCursorPos(over.x, over.y);
+
+  ::SendMessageA(b.Hwnd(), WM_MOUSEMOVE, 0, At(30, 20));
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+  EXPECT_EQ(b.Model().State(), ButtonState::Hover);
+  HWND tip = b.TooltipHwnd();
+  ASSERT_NE(tip, nullptr);
+  char cls[64] = {};
+  ::GetClassNameA(tip, cls, sizeof cls);
+  EXPECT_STREQ(cls, "tooltips_class32");
+  // Its one tool is the button (a popup's owner is the top-level window).
+  EXPECT_EQ(::GetWindow(tip, GW_OWNER), host.Hwnd());
+  TOOLINFOA tool{};
+  tool.cbSize = TTTOOLINFOA_V2_SIZE;
+  ASSERT_TRUE(::SendMessageA(tip, TTM_ENUMTOOLSA, 0, reinterpret_cast<LPARAM>(&tool)));
+  EXPECT_EQ(tool.hwnd, b.Hwnd());
+  EXPECT_EQ(::SendMessageA(tip, TTM_GETTOOLCOUNT, 0, 0), 1);
+  EXPECT_EQ(b.Model().ContainerToolTipText(), "");
+
+  ::SendMessageA(b.Hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
+  EXPECT_EQ(b.Model().State(), ButtonState::Pressed);
+  ::SendMessageA(b.Hwnd(), WM_LBUTTONUP, 0, At(30, 20));
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "Click"}));
+  EXPECT_EQ(b.Model().State(), ButtonState::Hover);
+  EXPECT_EQ(::GetCapture(), nullptr);
+
+  // Pressed, dragged off and released there: no Click.
+  ::SendMessageA(b.Hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
+  ::SendMessageA(b.Hwnd(), WM_MOUSEMOVE, MK_LBUTTON, At(200, 20));
+  ::SendMessageA(b.Hwnd(), WM_LBUTTONUP, 0, At(200, 20));
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "Click", "MouseLeave"}));
+  EXPECT_EQ(b.Model().State(), ButtonState::Normal);
+  EXPECT_EQ(b.TooltipHwnd(), nullptr);
+  EXPECT_FALSE(::IsWindow(tip));
+
+  // In again, and the platform's leave notice.
+  ::SendMessageA(b.Hwnd(), WM_MOUSEMOVE, 0, At(30, 20));
+  ASSERT_NE(b.TooltipHwnd(), nullptr);
+  tip = b.TooltipHwnd();
+  ::SetCursorPos(1000, 740);
+  ::SendMessageA(b.Hwnd(), WM_MOUSELEAVE, 0, 0);
+  EXPECT_EQ(raised.back(), "MouseLeave");
+  EXPECT_FALSE(::IsWindow(tip));
+  EXPECT_EQ(b.Model().ContainerToolTipText(), "Starts the messages");
+  // Still focused from the click: the hover face, until the focus goes.
+  EXPECT_EQ(Painted(b, 8, 14), RGB(106, 166, 226));
+  ::SetFocus(host.Hwnd());
+  EXPECT_EQ(Painted(b, 8, 14), RGB(232, 231, 234));
+}
+
+TEST_F(ButtonShell, RealPointerFollowsTheButton) {
+  isButtonWindow& b = Make({{"Style", 10}, {"Caption", "Add"}});
+  auto moveTo = [&](int x, int y) {
+    POINT p{x, y};
+    ::ClientToScreen(b.Hwnd(), &p);
+    ::SetCursorPos(p.x, p.y);
+    PumpMessages(200);
+  };
+  auto press = [](DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    ::SendInput(1, &input, sizeof input);
+    PumpMessages(150);
+  };
+  moveTo(30, 15);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+  press(MOUSEEVENTF_LEFTDOWN);
+  press(MOUSEEVENTF_LEFTUP);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "Click"}));
+  moveTo(300, 80);  // off the button: tracking tells it
+  PumpMessages(300);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "Click", "MouseLeave"}));
+  EXPECT_EQ(b.Model().State(), ButtonState::Normal);
+}
+
+TEST_F(ButtonShell, KeysClickAndMoveTheFocus) {
+  isButtonWindow& start = Make({{"Style", 10}, {"Caption", "&Start"}});
+  isButtonWindow& exit = Make({{"Style", 10}, {"Caption", "E&xit"}}, kNext);
+  ::SetFocus(start.Hwnd());
+  EXPECT_TRUE(start.Model().HasFocus());
+
+  ::SendMessageA(start.Hwnd(), WM_KEYDOWN, VK_SPACE, 0);
+  EXPECT_EQ(Painted(start, 18, 11), RGB(106, 155, 204));
+  ::SendMessageA(start.Hwnd(), WM_KEYUP, VK_SPACE, 0);
+  EXPECT_EQ(raised, Strings{"Click"});
+  ::SendMessageA(start.Hwnd(), BM_CLICK, 0, 0);  // the dialog manager's access key
+  EXPECT_EQ(raised, (Strings{"Click", "Click"}));
+  EXPECT_EQ(::SendMessageA(start.Hwnd(), WM_GETDLGCODE, 0, 0) & DLGC_BUTTON, DLGC_BUTTON);
+
+  ::SendMessageA(start.Hwnd(), WM_KEYDOWN, VK_RIGHT, 0);
+  EXPECT_EQ(::GetFocus(), exit.Hwnd());
+  EXPECT_FALSE(start.Model().HasFocus());
+  ::SendMessageA(exit.Hwnd(), WM_KEYDOWN, VK_UP, 0);
+  EXPECT_EQ(::GetFocus(), start.Hwnd());
+  ::SendMessageA(start.Hwnd(), WM_KEYDOWN, VK_TAB, 0);
+  EXPECT_EQ(raised.back(), "MouseLeave");
+  EXPECT_EQ(::GetFocus(), exit.Hwnd());
+}
+
+TEST_F(ButtonShell, DisabledIconIsDrawnInGrey) {
+  const auto icon = reinterpret_cast<std::uintptr_t>(::LoadIconA(nullptr, IDI_INFORMATION));
+  isButtonWindow& b = Make({{"Style", 0}, {"Caption", ""}, {"Icon", Picture{icon}}, {"IconAlign", 0}});
+  // The icon's box, centred: ((65 - 16) / 2, (29 - 16) / 2).
+  auto colouredPixels = [&] {
+    ::UpdateWindow(b.Hwnd());
+    PumpMessages(60);
+    int coloured = 0;
+    for (int y = 6; y < 22; ++y)
+      for (int x = 24; x < 40; ++x) {
+        const COLORREF c = OnScreen(b, x, y);
+        if (GetRValue(c) != GetGValue(c) || GetGValue(c) != GetBValue(c)) ++coloured;
+      }
+    return coloured;
+  };
+  EXPECT_GT(colouredPixels(), 20);
+  b.Model().SetEnabled(false);
+  EXPECT_EQ(colouredPixels(), 0);
+}
+
+}  // namespace
+}  // namespace qm::win32
