@@ -1,5 +1,7 @@
 #include "display/message_flasher.h"
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdint>
 
@@ -14,9 +16,12 @@ float Single(float value) {
 }
 
 // Rounds to the nearest whole number, a half to the even neighbour (the
-// default rounding mode of the floating-point unit).
+// default rounding mode of the floating-point unit); kept within int, and
+// 0 for what is not a number.
 int RoundHalfEven(float value) {
-  return static_cast<int>(std::nearbyint(value));
+  if (std::isnan(value)) return 0;
+  const double rounded = std::nearbyint(static_cast<double>(value));
+  return static_cast<int>(std::clamp(rounded, double{INT_MIN}, double{INT_MAX}));
 }
 
 // A screen ratio the arithmetic can divide by: a missing or absurd one

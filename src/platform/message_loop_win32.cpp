@@ -22,18 +22,20 @@ void MessageLoop::Unwatch(HANDLE handle) {
 
 MessageLoop::Step MessageLoop::Once(DWORD timeoutMs, int& exitCode) {
   const auto count = static_cast<DWORD>(handles_.size());
-  const DWORD woken =
+  DWORD woken =
       ::MsgWaitForMultipleObjectsEx(count, handles_.data(), timeoutMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
   if (woken < WAIT_OBJECT_0 + count) {
     const std::shared_ptr<Handler> handler = handlers_[woken - WAIT_OBJECT_0];
     if (*handler) (*handler)();
     return Step::Handled;
   }
+  // A handle that cannot be waited on: wait for messages alone (the
+  // timers' SetTimer backups still come) rather than spin.
+  if (woken == WAIT_FAILED)
+    woken = ::MsgWaitForMultipleObjectsEx(0, nullptr, timeoutMs, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
   if (woken == WAIT_TIMEOUT) return Step::Idle;
-  // Input waits (or the wait failed, which a message pass cannot make worse).
   MSG msg;
-  if (!::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
-    return woken == WAIT_FAILED ? Step::Idle : Step::Handled;
+  if (!::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) return Step::Handled;
   if (msg.message == WM_QUIT) {
     exitCode = static_cast<int>(msg.wParam);
     return Step::Quit;

@@ -50,41 +50,43 @@ LRESULT TimerWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
   return Window::HandleMessage(msg, wParam, lParam);
 }
 
-// --- WindowTimer ---
+// --- SystemTimer ---
 
-WindowTimer::WindowTimer(milliseconds interval) : window_([this] { OnWmTimer(); }), interval_(interval) {}
-
-void WindowTimer::SetEnabled(bool enabled) {
+void SystemTimer::SetEnabled(bool enabled) {
   if (enabled == enabled_) return;
   enabled_ = enabled;
   if (enabled_) {
-    Arm();
+    StartPeriod();
   } else {
-    window_.Stop();
+    StopPeriods();
   }
 }
 
-void WindowTimer::SetInterval(milliseconds interval) {
+void SystemTimer::SetInterval(milliseconds interval) {
   interval_ = interval;
-  if (enabled_) Arm();
+  if (enabled_) StartPeriod();
 }
 
-void WindowTimer::Arm() {
-  if (interval_.count() <= 0) {
+// --- WindowTimer ---
+
+WindowTimer::WindowTimer(milliseconds interval) : SystemTimer(interval), window_([this] { OnWmTimer(); }) {}
+
+void WindowTimer::StartPeriod() {
+  if (Interval().count() <= 0) {
     window_.Stop();
     return;
   }
   lastStart_ = std::chrono::steady_clock::now();
-  window_.Start(interval_);
+  window_.Start(Interval());
 }
 
 void WindowTimer::OnWmTimer() {
-  if (!enabled_ || interval_.count() <= 0) return;
+  if (!Enabled() || Interval().count() <= 0) return;
   // A WM_TIMER of an earlier period may still wait in the queue after the
   // timer was stopped and started again: one that comes well before this
   // period could have ended is that one.
   const auto now = std::chrono::steady_clock::now();
-  if (now - lastStart_ < interval_ / 2) return;
+  if (now - lastStart_ < Interval() / 2) return;
   lastStart_ = now;
   FireTick();
 }
@@ -92,7 +94,7 @@ void WindowTimer::OnWmTimer() {
 // --- PreciseTimer ---
 
 PreciseTimer::PreciseTimer(MessageLoop& loop, milliseconds interval)
-    : loop_(loop), backup_([this] { OnDue(true); }), interval_(interval) {
+    : SystemTimer(interval), loop_(loop), backup_([this] { OnDue(true); }) {
   waitable_ = ::CreateWaitableTimerExW(nullptr, nullptr, kHighResolutionFlag, TIMER_ALL_ACCESS);
   highResolution_ = waitable_ != nullptr;
   if (!waitable_) waitable_ = ::CreateWaitableTimerExW(nullptr, nullptr, 0, TIMER_ALL_ACCESS);
@@ -101,39 +103,25 @@ PreciseTimer::PreciseTimer(MessageLoop& loop, milliseconds interval)
 }
 
 PreciseTimer::~PreciseTimer() {
-  Disarm();
+  PreciseTimer::StopPeriods();
   if (waitable_) {
     loop_.Unwatch(waitable_);
     ::CloseHandle(waitable_);
   }
 }
 
-void PreciseTimer::SetEnabled(bool enabled) {
-  if (enabled == enabled_) return;
-  enabled_ = enabled;
-  if (enabled_) {
-    Arm();
-  } else {
-    Disarm();
-  }
-}
-
-void PreciseTimer::SetInterval(milliseconds interval) {
-  interval_ = interval;
-  if (enabled_) Arm();
-}
-
-void PreciseTimer::Arm() {
+void PreciseTimer::StartPeriod() {
   Cancel();
-  if (interval_.count() <= 0) return;
+  const milliseconds interval = Interval();
+  if (interval.count() <= 0) return;
   if (!highResolution_ && !resolutionRaised_) resolutionRaised_ = ::timeBeginPeriod(1) == TIMERR_NOERROR;
-  due_ = Clock::now() + interval_;
+  due_ = Clock::now() + interval;
   if (waitable_) {
     LARGE_INTEGER dueTime;
-    dueTime.QuadPart = -static_cast<LONGLONG>(interval_.count()) * 10000;  // relative, in 100 ns
+    dueTime.QuadPart = -static_cast<LONGLONG>(interval.count()) * 10000;  // relative, in 100 ns
     ::SetWaitableTimer(waitable_, &dueTime, 0, nullptr, nullptr, FALSE);
   }
-  backup_.Start(interval_);
+  backup_.Start(interval);
   armed_ = true;
 }
 
@@ -148,7 +136,7 @@ void PreciseTimer::Cancel() {
   }
 }
 
-void PreciseTimer::Disarm() {
+void PreciseTimer::StopPeriods() {
   Cancel();
   if (resolutionRaised_) {
     ::timeEndPeriod(1);
@@ -157,15 +145,15 @@ void PreciseTimer::Disarm() {
 }
 
 void PreciseTimer::OnDue(bool fromBackup) {
-  if (!enabled_ || !armed_) return;
+  if (!Enabled() || !armed_) return;
   // A backup WM_TIMER of an earlier period may still wait in the queue;
   // one that comes before this period's end (less a little slack for the
   // two clocks) is that one.
   if (fromBackup) {
-    const auto slack = std::min<Clock::duration>(interval_ / 4, milliseconds(2));
+    const auto slack = std::min<Clock::duration>(Interval() / 4, milliseconds(2));
     if (Clock::now() < due_ - slack) return;
   }
-  Arm();  // the next period, which the tick may end
+  StartPeriod();  // the next period, which the tick may end
   FireTick();
 }
 

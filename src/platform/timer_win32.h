@@ -42,26 +42,41 @@ class TimerWindow final : public Window {
   std::function<void()> onTimer_;
 };
 
-class WindowTimer final : public Timer {
+// The enabled flag and the interval with the port's rules, for both
+// kinds; a derived timer only starts and stops its periods.
+class SystemTimer : public Timer {
+ public:
+  void SetEnabled(bool enabled) final;
+  bool Enabled() const final { return enabled_; }
+  void SetInterval(std::chrono::milliseconds interval) final;
+  std::chrono::milliseconds Interval() const final { return interval_; }
+
+ protected:
+  explicit SystemTimer(std::chrono::milliseconds interval) : interval_(interval) {}
+  // Starts a new period, ending the one running (none for an interval of
+  // 0 or less).
+  virtual void StartPeriod() = 0;
+  virtual void StopPeriods() = 0;
+
+ private:
+  bool enabled_ = false;
+  std::chrono::milliseconds interval_;
+};
+
+class WindowTimer final : public SystemTimer {
  public:
   explicit WindowTimer(std::chrono::milliseconds interval = std::chrono::seconds(1));
 
-  void SetEnabled(bool enabled) override;
-  bool Enabled() const override { return enabled_; }
-  void SetInterval(std::chrono::milliseconds interval) override;
-  std::chrono::milliseconds Interval() const override { return interval_; }
-
  private:
-  void Arm();
+  void StartPeriod() override;
+  void StopPeriods() override { window_.Stop(); }
   void OnWmTimer();
 
   TimerWindow window_;
-  bool enabled_ = false;
-  std::chrono::milliseconds interval_;
   std::chrono::steady_clock::time_point lastStart_{};
 };
 
-class PreciseTimer final : public Timer {
+class PreciseTimer final : public SystemTimer {
  public:
   // The loop waits on the timer; it must outlive it.
   explicit PreciseTimer(MessageLoop& loop, std::chrono::milliseconds interval = std::chrono::milliseconds(1));
@@ -69,22 +84,18 @@ class PreciseTimer final : public Timer {
   PreciseTimer(const PreciseTimer&) = delete;
   PreciseTimer& operator=(const PreciseTimer&) = delete;
 
-  void SetEnabled(bool enabled) override;
-  bool Enabled() const override { return enabled_; }
-  void SetInterval(std::chrono::milliseconds interval) override;
-  std::chrono::milliseconds Interval() const override { return interval_; }
-
   // Whether the system gave a high-resolution waitable timer (otherwise
   // the system timer's resolution is raised to 1 ms while armed).
   bool HighResolution() const { return highResolution_; }
 
  private:
   using Clock = std::chrono::steady_clock;
-  // Starts a period: the waitable timer and the backup.
-  void Arm();
-  // Stops the period; Disarm also gives the system's timer resolution back.
+  // A period: the waitable timer and the backup.
+  void StartPeriod() override;
+  // Stops the period; StopPeriods also gives the system's timer
+  // resolution back.
   void Cancel();
-  void Disarm();
+  void StopPeriods() override;
   // The waitable timer was signalled (fromBackup false) or the backup's
   // WM_TIMER came (true).
   void OnDue(bool fromBackup);
@@ -94,9 +105,7 @@ class PreciseTimer final : public Timer {
   bool highResolution_ = false;
   bool resolutionRaised_ = false;
   TimerWindow backup_;
-  bool enabled_ = false;
   bool armed_ = false;
-  std::chrono::milliseconds interval_;
   Clock::time_point due_{};
 };
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <cmath>
 #include <deque>
 #include <map>
 #include <string>
@@ -159,6 +161,17 @@ TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEven) {
   flasher.Form_Load({1022.5f, 767.5f, 15, 15}, 0);
   EXPECT_EQ(flasher.ScreenWidth(), 1022);
   EXPECT_EQ(flasher.ScreenHeight(), 768);
+
+  // Metrics a broken display might report still give a place on the screen.
+  flasher.Form_Load({std::nanf(""), 1e30f, 0, -1}, 0);
+  EXPECT_EQ(flasher.ScreenWidth(), 0);
+  EXPECT_EQ(flasher.ScreenHeight(), INT_MAX);
+  view.labelSize = TwipsSize{150, 150};
+  random.values = {0.0f, 0.0f};
+  flasher.Begin();
+  clock.Advance(frequency->Interval());
+  EXPECT_EQ(view.top, 0);
+  EXPECT_EQ(view.left, 0);
 }
 
 TEST_F(FlasherTest, UnsetListFallsBackAndAlternatesFromIndexOne) {
