@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace qm::win32 {
@@ -143,42 +144,23 @@ Icon GreyIcon(HICON icon) {
   return Icon(::CreateIconIndirect(&grey));
 }
 
-// The shared cursors of the MousePointer values (0 the window's own).
+// The shared cursors of the MousePointer values 1 to 15 (0 is the
+// window's own).
 LPCSTR CursorOf(std::int16_t pointer) {
-  switch (pointer) {
-    case 1:
-      return IDC_ARROW;
-    case 2:
-      return IDC_CROSS;
-    case 3:
-      return IDC_IBEAM;
-    case 4:
-      return IDC_ARROW;
-    case 5:
-      return IDC_SIZEALL;
-    case 6:
-      return IDC_SIZENESW;
-    case 7:
-      return IDC_SIZENS;
-    case 8:
-      return IDC_SIZENWSE;
-    case 9:
-      return IDC_SIZEWE;
-    case 10:
-      return IDC_UPARROW;
-    case 11:
-      return IDC_WAIT;
-    case 12:
-      return IDC_NO;
-    case 13:
-      return IDC_APPSTARTING;
-    case 14:
-      return IDC_HELP;
-    case 15:
-      return IDC_SIZEALL;
-    default:
-      return nullptr;
+  static const LPCSTR kCursors[] = {IDC_ARROW,    IDC_CROSS,  IDC_IBEAM,       IDC_ARROW,  IDC_SIZEALL,
+                                    IDC_SIZENESW, IDC_SIZENS, IDC_SIZENWSE,    IDC_SIZEWE, IDC_UPARROW,
+                                    IDC_WAIT,     IDC_NO,     IDC_APPSTARTING, IDC_HELP,   IDC_SIZEALL};
+  return pointer >= 1 && pointer <= 15 ? kCursors[pointer - 1] : nullptr;
+}
+
+ButtonKey KeyOf(WPARAM vk) {
+  static const std::pair<WPARAM, ButtonKey> kKeys[] = {
+      {VK_SPACE, ButtonKey::Space}, {VK_LEFT, ButtonKey::Left}, {VK_UP, ButtonKey::Up},
+      {VK_RIGHT, ButtonKey::Right}, {VK_DOWN, ButtonKey::Down}, {VK_TAB, ButtonKey::Tab}};
+  for (const auto& [code, key] : kKeys) {
+    if (code == vk) return key;
   }
+  return ButtonKey::Other;
 }
 
 // Looks up `name` in `library`; a library loaded only for the look-up is
@@ -259,6 +241,11 @@ bool isButtonWindow::CreateNew(HWND parent, const TwipBounds& bounds, std::strin
 void isButtonWindow::SetBounds(const TwipBounds& b) {
   ::MoveWindow(Hwnd(), ::MulDiv(b.left, dpiX_, 1440), ::MulDiv(b.top, dpiY_, 1440),
                ::MulDiv(b.width, dpiX_, 1440), ::MulDiv(b.height, dpiY_, 1440), TRUE);
+}
+
+void isButtonWindow::About() {
+  const std::string text = std::string("isButton\r\nVersion ") + isButton::kVersion;
+  ::MessageBoxA(Hwnd(), text.c_str(), "About isButton", MB_OK | MB_ICONINFORMATION);
 }
 
 RECT isButtonWindow::Client() const {
@@ -345,37 +332,11 @@ LRESULT isButtonWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
       model_.MouseUp(msg == WM_LBUTTONUP ? MouseButton::Left : MouseButton::Right, Over(lParam));
       return 0;
     case WM_KEYDOWN:
-    case WM_KEYUP: {
-      ButtonKey key = ButtonKey::Other;
-      switch (wParam) {
-        case VK_SPACE:
-          key = ButtonKey::Space;
-          break;
-        case VK_LEFT:
-          key = ButtonKey::Left;
-          break;
-        case VK_UP:
-          key = ButtonKey::Up;
-          break;
-        case VK_RIGHT:
-          key = ButtonKey::Right;
-          break;
-        case VK_DOWN:
-          key = ButtonKey::Down;
-          break;
-        case VK_TAB:
-          key = ButtonKey::Tab;
-          break;
-        default:
-          break;
-      }
-      if (msg == WM_KEYUP) {
-        model_.KeyUp(key);
-      } else {
-        MoveFocus(model_.KeyDown(key, ::GetKeyState(VK_SHIFT) < 0));
-      }
+      MoveFocus(model_.KeyDown(KeyOf(wParam), ::GetKeyState(VK_SHIFT) < 0));
       return 0;
-    }
+    case WM_KEYUP:
+      model_.KeyUp(KeyOf(wParam));
+      return 0;
     case WM_GETDLGCODE:
       return DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON | DLGC_WANTARROWS;
     case BM_CLICK:

@@ -71,6 +71,8 @@ class isButtonWindow final : public Window, private ButtonSurface {
   void SetBounds(const TwipBounds& bounds);
   // The container delivered the caption's access key.
   void AccessKeyPress() { model_.AccessKeyPress(); }
+  // A small box with the control's name and version.
+  void About();
 
   // Paints the whole button into `dc`, `area` its client rectangle.
   void Paint(HDC dc, const RECT& area);
