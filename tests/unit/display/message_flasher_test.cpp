@@ -18,54 +18,36 @@ namespace {
 using namespace std::chrono_literals;
 using Phrases = std::vector<std::string>;
 
-// The overlay as the flasher drives it: every call is written to the log;
-// the label measures 10 twips a character by 300.
+// The overlay as the flasher drives it: the calls that make a phrase are
+// logged in order; the label measures 10 twips a character by 300.
 class RecordingView final : public OverlayView {
  public:
   explicit RecordingView(const Timer* displayTimer = nullptr) : displayTimer_(displayTimer) {}
 
-  void SetCaption(std::string_view text) override {
-    caption = text;
-    Log("caption " + caption);
-  }
+  void SetCaption(std::string_view text) override { Log("caption " + (caption = text)); }
   TwipsSize LabelSize() const override {
-    if (labelSize) return *labelSize;
-    return {static_cast<int>(caption.size()) * 10, 300};
+    return labelSize.value_or(TwipsSize{static_cast<int>(caption.size()) * 10, 300});
   }
-  void SetLabelVisible(bool v) override {
-    labelVisible = v;
-    Log(v ? "label shown" : "label hidden");
-  }
+  void SetLabelVisible(bool v) override { Log((labelVisible = v) ? "label shown" : "label hidden"); }
   void SetLabelFont(const FontSpec& f) override { font = f; }
   void SetLabelColor(OleColor c) override { color = c; }
-  void SetWindowHeight(int twips) override {
-    height = twips;
-    Log("height");
-  }
-  void SetWindowWidth(int twips) override {
-    width = twips;
-    Log("width");
-  }
-  void SetWindowPosition(int leftTwips, int topTwips) override {
-    left = leftTwips;
-    top = topTwips;
-    Log("place");
-  }
+  void SetWindowHeight(int twips) override { height = twips, Log("height"); }
+  void SetWindowWidth(int twips) override { width = twips, Log("width"); }
+  void SetWindowPosition(int l, int t) override { left = l, top = t, Log("place"); }
   bool MakeTransparent(OleColor key) override {
     transparentKey = key;
     return false;  // the flasher must not care
   }
   void MakeTopMost() override { Log(Armed("raise")); }
   void Refresh() override { Log(Armed("repaint")); }
-  void Show() override { visible = true; }
-  void Hide() override { visible = false; }
-  bool Visible() const override { return visible; }
+  void Show() override {}
+  void Hide() override {}
+  bool Visible() const override { return false; }
 
   std::vector<std::string> log;
   std::string caption;
   std::optional<TwipsSize> labelSize;
   bool labelVisible = true;
-  bool visible = false;
   int width = 0, height = 0, left = 0, top = 0;
   std::optional<OleColor> transparentKey;
   FontSpec font;
@@ -109,18 +91,21 @@ class FlasherTest : public ::testing::Test {
     flasher.Form_Load({1024, 768, 15, 15}, 4321);
   }
 
-  // Runs one whole cycle from Waiting: the interval tick, then the display
-  // tick. Returns what the label showed in between.
-  std::string Cycle() {
-    clock.Advance(frequency->Interval());
-    const std::string seen = view.labelVisible ? view.caption : "<nothing>";
-    clock.Advance(display->Interval());
-    return seen;
-  }
+  // Whole cycles from Waiting: what the label showed at each interval tick.
   Phrases Cycles(int n) {
     Phrases seen;
-    for (int i = 0; i < n; ++i) seen.push_back(Cycle());
+    for (int i = 0; i < n; ++i) {
+      clock.Advance(frequency->Interval());
+      seen.push_back(view.labelVisible ? view.caption : "<nothing>");
+      clock.Advance(display->Interval());
+    }
     return seen;
+  }
+  // Runs one interval tick and returns where the window went.
+  std::pair<int, int> PlaceOnce() {
+    flasher.Begin();
+    clock.Advance(frequency->Interval());
+    return {view.left, view.top};
   }
 
   test::FakeClock clock;
@@ -139,12 +124,9 @@ TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
   EXPECT_EQ(random.starts, (std::vector<unsigned>{4321}));
   EXPECT_EQ(view.font, FontSpec{});
   EXPECT_EQ(view.color, 0x00C0C0C0u);
-  EXPECT_FALSE(flasher.bStopped);
 
   clock.Advance(60s);
-  EXPECT_FALSE(frequency->Enabled());
-  EXPECT_FALSE(display->Enabled());
-  EXPECT_EQ(frequency->Ticks() + display->Ticks(), 0);
+  EXPECT_EQ(frequency->Ticks() + display->Ticks(), 0) << "both timers wait for Begin";
 
   flasher.Begin();
   EXPECT_FALSE(view.labelVisible);
@@ -153,45 +135,32 @@ TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
   clock.Advance(1999ms);
   EXPECT_FALSE(view.labelVisible);
   clock.Advance(1ms);
-  EXPECT_TRUE(view.labelVisible);
   EXPECT_EQ(view.caption, "I love this program");  // element 1: the index starts at 0
 }
 
-TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEven) {
+TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEvenAndAbsurdMetricsStillPlace) {
   flasher.Form_Load({1022.5f, 767.5f, 15, 15}, 0);
   EXPECT_EQ(flasher.ScreenWidth(), 1022);
   EXPECT_EQ(flasher.ScreenHeight(), 768);
 
-  // Metrics a broken display might report still give a place on the screen.
   flasher.Form_Load({std::nanf(""), 1e30f, 0, -1}, 0);
   EXPECT_EQ(flasher.ScreenWidth(), 0);
   EXPECT_EQ(flasher.ScreenHeight(), INT_MAX);
   view.labelSize = TwipsSize{150, 150};
   random.values = {0.0f, 0.0f};
-  flasher.Begin();
-  clock.Advance(frequency->Interval());
-  EXPECT_EQ(view.top, 0);
-  EXPECT_EQ(view.left, 0);
+  EXPECT_EQ(PlaceOnce(), std::make_pair(0, 0));
 }
 
-TEST_F(FlasherTest, UnsetListFallsBackAndAlternatesFromIndexOne) {
-  flasher.MessageList.reset();
-  flasher.Begin();
-  EXPECT_EQ(Cycles(4), (Phrases{"I love the subliminal program.", "I want to by the subliminal program",
-                                "I love the subliminal program.", "I want to by the subliminal program"}));
-  EXPECT_EQ(flasher.MessageList, frmMessage::FallbackList());
-}
-
-TEST_F(FlasherTest, EmptyListCountsAsUnset) {
-  flasher.MessageList = Phrases{};
-  flasher.Begin();
-  EXPECT_EQ(Cycle(), "I love the subliminal program.");
-}
-
-TEST_F(FlasherTest, OneElementListShowsItsPhraseEveryTime) {
-  flasher.MessageList = Phrases{"Breathe"};
-  flasher.Begin();
-  EXPECT_EQ(Cycles(3), (Phrases{"Breathe", "Breathe", "Breathe"}));
+TEST_F(FlasherTest, UnsetOrEmptyListFallsBackAndAlternatesFromIndexOne) {
+  for (PhraseList none : {PhraseList{}, PhraseList{Phrases{}}}) {
+    flasher.MessageList = none;
+    flasher.Begin();
+    EXPECT_EQ(Cycles(3), (Phrases{"I love the subliminal program.", "I want to by the subliminal program",
+                                  "I love the subliminal program."}));
+    EXPECT_EQ(flasher.MessageList, frmMessage::FallbackList());
+    flasher.MessageList = PhraseList{{"a", "b"}};
+    Cycles(1);  // index back to 0
+  }
 }
 
 TEST_F(FlasherTest, ReplacingTheListKeepsTheIndex) {
@@ -200,17 +169,19 @@ TEST_F(FlasherTest, ReplacingTheListKeepsTheIndex) {
   EXPECT_EQ(Cycles(3), (Phrases{"b", "c", "d"}));  // index now 3
 
   flasher.MessageList = Phrases{"x", "y", "z", "w", "v"};
-  EXPECT_EQ(Cycle(), "v");  // the element after the one shown last
+  EXPECT_EQ(Cycles(1), Phrases{"v"});  // the element after the one shown last
 
   flasher.MessageList = Phrases{"p", "q"};  // index 4 is past its end
   EXPECT_EQ(Cycles(2), (Phrases{"p", "q"}));
+
+  flasher.MessageList = Phrases{"only"};
+  EXPECT_EQ(Cycles(3), (Phrases{"only", "only", "only"}));
 }
 
 TEST_F(FlasherTest, StoppedFreezesTimersAndLabelInEveryState) {
   flasher.Begin();
   clock.Advance(frequency->Interval());  // Showing
   ASSERT_TRUE(display->Enabled());
-  ASSERT_TRUE(view.labelVisible);
 
   flasher.bStopped = true;
   const auto logSize = view.log.size();
@@ -224,7 +195,6 @@ TEST_F(FlasherTest, StoppedFreezesTimersAndLabelInEveryState) {
   flasher.bStopped = false;  // back to Showing: the next display tick hides
   clock.Advance(display->Interval());
   EXPECT_FALSE(view.labelVisible);
-  EXPECT_TRUE(frequency->Enabled());
 
   flasher.bStopped = true;  // Waiting, stopped: the interval ticks come and go
   const std::string caption = view.caption;
@@ -239,7 +209,6 @@ TEST_F(FlasherTest, SettingsWindowOrTrayMenuHaltsTheCycleWithThePhraseUp) {
   for (bool settings : {true, false}) {
     host.settingsVisible = settings;
     host.menuOpen = !settings;
-    flasher.MessageList = Phrases{"one", "two"};
     flasher.Begin();
     view.log.clear();
     clock.Advance(frequency->Interval());
@@ -263,43 +232,30 @@ TEST_F(FlasherTest, ATickCallsTheViewInOrderAndArmsBeforeTheRepaint) {
   flasher.Begin();
   view.log.clear();
   clock.Advance(frequency->Interval());
-  EXPECT_EQ(view.log, (std::vector<std::string>{"caption one", "height", "width", "place", "label shown",
-                                                "raise", "repaint (armed)"}));
+  EXPECT_EQ(view.log,
+            (Phrases{"caption one", "height", "width", "place", "label shown", "raise", "repaint (armed)"}));
   view.log.clear();
   clock.Advance(display->Interval());
-  EXPECT_EQ(view.log, (std::vector<std::string>{"label hidden"}));
+  EXPECT_EQ(view.log, Phrases{"label hidden"});
 }
 
 TEST_F(FlasherTest, WindowFollowsTheLabelAndIsPlacedFromTheLabelAlone) {
   view.labelSize = TwipsSize{1500, 300};  // 100 x 20 pixels
   random.values = {0.5f, 0.25f};          // top first, then left
-  flasher.Begin();
-  clock.Advance(frequency->Interval());
+  EXPECT_EQ(PlaceOnce(), std::make_pair((1024 - 100) / 4 * 15, (768 - 20) / 2 * 15));
   EXPECT_EQ(view.width, 1550);
   EXPECT_EQ(view.height, 450);
-  EXPECT_EQ(view.top, (768 - 20) / 2 * 15);
-  EXPECT_EQ(view.left, (1024 - 100) / 4 * 15);
-}
 
-TEST_F(FlasherTest, PlacementUsesTheScreensOwnTwipsPerPixel) {
-  // 12.5 twips a pixel across, 20 down: a label of 1500 x 300 twips is
-  // 120 x 15 pixels on that screen.
+  // 12.5 twips a pixel across and 20 down make that label 120 x 15 pixels.
   flasher.Form_Load({800, 600, 12.5f, 20}, 0);
-  view.labelSize = TwipsSize{1500, 300};
   random.values = {0.9999999f, 0.5f};
-  flasher.Begin();
-  clock.Advance(frequency->Interval());
-  EXPECT_EQ(view.top, (600 - 15) * 20);
-  EXPECT_EQ(view.left, (800 - 120) / 2 * 25 / 2);
-}
+  EXPECT_EQ(PlaceOnce(), std::make_pair((800 - 120) / 2 * 25 / 2, (600 - 15) * 20));
 
-TEST_F(FlasherTest, LabelLargerThanTheScreenGoesPartlyOffTheEdge) {
+  // A label larger than the screen goes partly off its edge.
+  flasher.Form_Load({1024, 768, 15, 15}, 0);
   view.labelSize = TwipsSize{1024 * 15 + 1500, 768 * 15 + 600};  // 100 and 40 pixels too big
   random.values = {0.5f, 0.0f};
-  flasher.Begin();
-  clock.Advance(frequency->Interval());
-  EXPECT_EQ(view.top, -20 * 15);
-  EXPECT_EQ(view.left, 0);
+  EXPECT_EQ(PlaceOnce(), std::make_pair(0, -20 * 15));
 }
 
 TEST_F(FlasherTest, RndNumRoundsHalfToEvenBetweenTheBounds) {
@@ -312,7 +268,7 @@ TEST_F(FlasherTest, RndNumRoundsHalfToEvenBetweenTheBounds) {
   EXPECT_EQ(flasher.RndNum(20, 10), 13);
 }
 
-TEST(LcgRandomTest, EndsOfRndNumComeWithHalfTheWeight) {
+TEST(LcgRandomTest, RndNumEndsComeWithHalfTheWeightAndRestartsRepeat) {
   LcgRandom random(12345);
   test::FakeClock clock;
   auto t1 = clock.MakeTimer(), t2 = clock.MakeTimer();
@@ -329,31 +285,10 @@ TEST(LcgRandomTest, EndsOfRndNumComeWithHalfTheWeight) {
   for (int v = 1; v <= 9; ++v) EXPECT_NEAR(counts[v], kDraws / 10, kDraws / 100) << v;
   EXPECT_NEAR(counts[0], kDraws / 20, kDraws / 100);
   EXPECT_NEAR(counts[10], kDraws / 20, kDraws / 100);
-}
 
-TEST(LcgRandomTest, RestartingRepeatsTheSequenceWithinTheUnitInterval) {
   LcgRandom a(86399), b(0);
-  std::vector<float> first;
-  for (int i = 0; i < 1000; ++i) {
-    const float v = a.Next();
-    ASSERT_GE(v, 0.0f);
-    ASSERT_LT(v, 1.0f);
-    first.push_back(v);
-  }
   b.Randomize(86399);
-  for (float v : first) ASSERT_EQ(b.Next(), v);
-  b.Randomize(86398);
-  EXPECT_NE(b.Next(), first[0]);
-}
-
-TEST_F(FlasherTest, FontAndColourReachTheViewAndAreKept) {
-  const FontSpec font{"Verdana", 24, true, true, true, false};
-  flasher.SetLabelFont(font);
-  flasher.SetLabelColor(0x800000'08);
-  EXPECT_EQ(view.font, font);
-  EXPECT_EQ(flasher.LabelFont(), font);
-  EXPECT_EQ(view.color, 0x80000008u);
-  EXPECT_EQ(flasher.LabelColor(), 0x80000008u);
+  for (int i = 0; i < 100; ++i) ASSERT_EQ(a.Next(), b.Next());
 }
 
 }  // namespace

@@ -89,40 +89,11 @@ TEST(TimerShell, ZeroIntervalNeverTicksAndANewIntervalStartsTicking) {
   EXPECT_EQ(coarse.Interval(), 10ms);
 }
 
-TEST(TimerShell, WindowTimerStopsWhenDisabledAndSurvivesItsOwnTick) {
-  MessageLoop loop;
-  WindowTimer timer(10ms);
-  int ticks = 0;
-  timer.SetTick([&] {
-    ++ticks;
-    timer.SetEnabled(false);  // as the flasher's interval tick does
-  });
-  timer.SetEnabled(true);
-  EXPECT_TRUE(loop.RunUntil([&] { return ticks == 1; }, 5s));
-  loop.RunFor(100ms);
-  EXPECT_EQ(ticks, 1);
-  timer.SetEnabled(true);
-  EXPECT_TRUE(loop.RunUntil([&] { return ticks == 2; }, 5s));
-}
-
 TEST(MessageLoopShell, QuitEndsRunWithItsCodeAndIsPassedOnByRunFor) {
   MessageLoop loop;
   ::PostQuitMessage(7);
   EXPECT_FALSE(loop.RunFor(5s));
   EXPECT_EQ(loop.Run(), 7) << "RunFor posted the quit again for the outer loop";
-}
-
-TEST(MessageLoopShell, FilterSeesMessagesBeforeTheyAreDispatched) {
-  MessageLoop loop;
-  constexpr UINT kProbe = WM_APP + 5;
-  int filtered = 0;
-  loop.SetFilter([&](MSG& msg) {
-    if (msg.message != kProbe) return false;
-    ++filtered;
-    return true;
-  });
-  ::PostThreadMessageA(::GetCurrentThreadId(), kProbe, 0, 0);
-  EXPECT_TRUE(loop.RunUntil([&] { return filtered == 1; }, 5s));
 }
 
 }  // namespace
