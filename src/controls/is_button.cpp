@@ -12,8 +12,10 @@ namespace cf = caption_flags;
 constexpr int kSysButtonFace = 15;
 constexpr int kSysHighlight = 13;
 constexpr int kSysButtonText = 18;
-constexpr int kSysInfoBack = 23;
-constexpr int kSysInfoText = 24;
+// The tooltip's colours: its text is the platform's colour 23 and its
+// background colour 24.
+constexpr int kSysInfoText = 23;
+constexpr int kSysInfoBack = 24;
 constexpr int kSysShadow = 16;
 constexpr int kSysWindow = 5;
 constexpr int kSysHilight3d = 20;

@@ -110,7 +110,7 @@ TEST_F(IsButtonTest, StoredButtonTakesItsValuesAndTheReadDefaultsForTheRest) {
   EXPECT_EQ(button.BackColor(), Sys(15));
   EXPECT_EQ(button.HighlightColor(), Sys(13));
   EXPECT_EQ(button.FontHighlightColor(), Sys(18));
-  EXPECT_EQ(button.ToolTipBackColor(), Sys(23));
+  EXPECT_EQ(button.ToolTipBackColor(), Sys(24));
   EXPECT_EQ(button.Font(), surface.CurrentFont());
   EXPECT_EQ(button.Version(), "3.6.2");
   EXPECT_EQ(button.Margin(), 7);
@@ -119,6 +119,7 @@ TEST_F(IsButtonTest, StoredButtonTakesItsValuesAndTheReadDefaultsForTheRest) {
 TEST_F(IsButtonTest, CaptionMissingOrSavedEmptyReadsAsIsButton) {
   button.ReadProperties({{"Style", 10}});
   EXPECT_EQ(button.Caption(), "isButton");
+  EXPECT_EQ(button.ToolTipForeColor(), Sys(23));  // the system's tooltip text colour
 
   button.SetCaption("");
   PropertyStore saved;
@@ -333,7 +334,7 @@ TEST_F(IsButtonTest, TooltipTakesTheContainersTextWhileTheMouseIsOver) {
   EXPECT_EQ(surface.tooltip.icon, 1);
   EXPECT_TRUE(surface.tooltip.balloon);
   EXPECT_EQ(surface.tooltip.foreColor, Sys(8));
-  EXPECT_EQ(surface.tooltip.backColor, Sys(23));
+  EXPECT_EQ(surface.tooltip.backColor, Sys(24));
   EXPECT_EQ(button.ContainerToolTipText(), "");
 
   button.SetToolTipText("Go");

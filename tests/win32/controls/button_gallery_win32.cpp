@@ -157,6 +157,7 @@ class Gallery : public Window {
       case 2:
         ::SendMessageA(h, WM_MOUSEMOVE, 0, MAKELPARAM(10, 10));
         ::SendMessageA(h, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
+        ::ReleaseCapture();  // the pointer stays free for the others
         break;
       case 3:
         b.Model().SetEnabled(false);
@@ -196,7 +197,26 @@ class Gallery : public Window {
     isButtonWindow& start = *buttons_[buttons_.size() - 2];
     Stage(edit, 1);
     Stage(start, 2);
+    // And one that the real pointer will rest on, to show its balloon.
+    tip_ = &Add(parent, {8400, 300, 1395, 435},
+                {{"Style", 10},
+                 {"Caption", "Help"},
+                 {"ToolTipText", "Shows how to use the program"},
+                 {"Tooltiptitle", "Help"},
+                 {"ToolTipIcon", 1},
+                 {"ToolTipType", 1}});
   }
+
+ public:
+  // Puts the pointer on the tooltip button, `nudge` pixels off its middle.
+  void PointAtTip(int nudge) const {
+    RECT r{};
+    ::GetWindowRect(tip_->Hwnd(), &r);
+    ::SetCursorPos((r.left + r.right) / 2 + nudge, (r.top + r.bottom) / 2);
+  }
+
+ private:
+  isButtonWindow* tip_ = nullptr;
 
   std::vector<std::unique_ptr<Panel>> panels_;
   std::unique_ptr<Panel> settings_;
@@ -207,15 +227,24 @@ class Gallery : public Window {
 }  // namespace qm::win32
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int) {
-  // The pointer away in the corner, so that no button is hovered by it.
+  // The pointer away in the corner while the buttons are staged.
   ::SetCursorPos(1023, 767);
   qm::win32::Gallery gallery;
   if (!gallery.Create()) return 1;
+  // The pointer comes to rest on the tooltip button: the first move shows
+  // the hover look and makes the tooltip, the second starts its timer.
+  gallery.PointAtTip(0);
+  const UINT_PTR nudge = ::SetTimer(nullptr, 0, 400, nullptr);
   const int seconds = std::atoi(commandLine);
-  if (seconds > 0) ::SetTimer(nullptr, 0, static_cast<UINT>(seconds) * 1000, nullptr);
+  const UINT_PTR end = seconds > 0 ? ::SetTimer(nullptr, 0, static_cast<UINT>(seconds) * 1000, nullptr) : 0;
   MSG msg;
   while (::GetMessageA(&msg, nullptr, 0, 0) > 0) {
-    if (msg.message == WM_TIMER && msg.hwnd == nullptr) break;
+    if (msg.message == WM_TIMER && msg.hwnd == nullptr && msg.wParam == nudge) {
+      ::KillTimer(nullptr, nudge);
+      gallery.PointAtTip(1);
+      continue;
+    }
+    if (msg.message == WM_TIMER && msg.hwnd == nullptr && msg.wParam == end) break;
     ::TranslateMessage(&msg);
     ::DispatchMessageA(&msg);
   }

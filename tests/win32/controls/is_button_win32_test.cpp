@@ -170,6 +170,8 @@ TEST_F(ButtonShell, MouseMessagesRaiseEnterClickAndLeave) {
   ASSERT_TRUE(::SendMessageA(tip, TTM_ENUMTOOLSA, 0, reinterpret_cast<LPARAM>(&tool)));
   EXPECT_EQ(tool.hwnd, b.Hwnd());
   EXPECT_EQ(::SendMessageA(tip, TTM_GETTOOLCOUNT, 0, 0), 1);
+  // With the stored default colours its text stands out from its background.
+  EXPECT_NE(::SendMessageA(tip, TTM_GETTIPTEXTCOLOR, 0, 0), ::SendMessageA(tip, TTM_GETTIPBKCOLOR, 0, 0));
   EXPECT_EQ(b.Model().ContainerToolTipText(), "");
 
   ::SendMessageA(b.Hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
