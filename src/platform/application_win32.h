@@ -1,0 +1,51 @@
+// The application object on Windows: the program folder, the command line,
+// the one-instance test, and the message boxes and event pump every routine
+// that talks to the user goes through.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+#include "platform/prompts.h"
+
+namespace qm::win32 {
+
+// The folder that holds the running executable, without a closing "\"
+// (files are addressed as this folder followed by "\name").
+std::string ProgramFolder();
+
+// Held for the life of the program: the first copy to create the named
+// object owns it; a later copy finds it taken (PrevInstance) and ends.
+class InstanceGuard {
+ public:
+  explicit InstanceGuard(const char* name);
+  ~InstanceGuard();
+  InstanceGuard(const InstanceGuard&) = delete;
+  InstanceGuard& operator=(const InstanceGuard&) = delete;
+
+  // True when another copy of the program already runs.
+  bool PrevInstance() const { return prevInstance_; }
+
+ private:
+  HANDLE mutex_ = nullptr;
+  bool prevInstance_ = false;
+};
+
+// Message boxes titled "Quillmere". A tray program's settings window is
+// mostly hidden, so the boxes have no owner: each gets its own task bar
+// button and comes to the foreground.
+class MessageBoxPrompts final : public Prompts {
+ public:
+  PromptAnswer Show(std::string_view text, PromptIcon icon, PromptButtons buttons) override;
+};
+
+// Runs the window messages that are waiting, then returns. A WM_QUIT met on
+// the way is posted again for the main loop.
+class MessagePump final : public EventPump {
+ public:
+  void DoEvents() override;
+};
+
+}  // namespace qm::win32
