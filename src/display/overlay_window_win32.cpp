@@ -45,7 +45,11 @@ OverlayWindow::~OverlayWindow() {
 void OverlayWindow::SetCaption(std::string_view text) {
   caption_.assign(text);
   Measure();
-  if (Hwnd()) ::InvalidateRect(Hwnd(), nullptr, FALSE);
+  if (!Hwnd()) return;
+  // The window's text is the phrase too, for accessibility tools (the
+  // window has no title bar that would show it).
+  ::SetWindowTextA(Hwnd(), caption_.c_str());
+  ::InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 TwipsSize OverlayWindow::LabelSize() const {
