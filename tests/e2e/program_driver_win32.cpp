@@ -64,23 +64,29 @@ std::optional<DWORD> RunningProgram::WaitForExit(std::chrono::milliseconds timeo
   return code;
 }
 
+namespace {
+
+struct WindowSearch {
+  DWORD pid;
+  const char* className;
+  std::vector<HWND> found;
+};
+
+BOOL CALLBACK CollectWindow(HWND hwnd, LPARAM p) {
+  auto& s = *reinterpret_cast<WindowSearch*>(p);
+  DWORD pid = 0;
+  ::GetWindowThreadProcessId(hwnd, &pid);
+  char name[64] = {};
+  ::GetClassNameA(hwnd, name, sizeof name);
+  if (pid == s.pid && std::string(name) == s.className) s.found.push_back(hwnd);
+  return TRUE;
+}
+
+}  // namespace
+
 std::vector<HWND> RunningProgram::Windows(const char* className) const {
-  struct Search {
-    DWORD pid;
-    const char* className;
-    std::vector<HWND> found;
-  } search{processId_, className, {}};
-  ::EnumWindows(
-      [](HWND hwnd, LPARAM p) -> BOOL {
-        auto& s = *reinterpret_cast<Search*>(p);
-        DWORD pid = 0;
-        ::GetWindowThreadProcessId(hwnd, &pid);
-        char name[64] = {};
-        ::GetClassNameA(hwnd, name, sizeof name);
-        if (pid == s.pid && std::string(name) == s.className) s.found.push_back(hwnd);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&search));
+  WindowSearch search{processId_, className, {}};
+  ::EnumWindows(CollectWindow, reinterpret_cast<LPARAM>(&search));
   return search.found;
 }
 

@@ -39,6 +39,7 @@ class RunningProgram {
   RunningProgram& operator=(const RunningProgram&) = delete;
 
   bool Started() const { return process_ != nullptr; }
+  HANDLE Process() const { return process_; }
   bool Running() const;
   // Waits for the program to end; its exit code, or nothing on time-out.
   std::optional<DWORD> WaitForExit(std::chrono::milliseconds timeout);

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "../../support/fake_clock.h"
+#include "../../support/flasher_doubles.h"
 #include "../../support/temp_folder.h"
 #include "settings/font_panel.h"
 #include "settings/timing_panel.h"
@@ -15,40 +16,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// An overlay that draws nothing and keeps only what the settings reach.
-class QuietOverlay final : public OverlayView {
- public:
-  void SetCaption(std::string_view) override {}
-  TwipsSize LabelSize() const override { return {600, 240}; }
-  void SetLabelVisible(bool) override {}
-  void SetLabelFont(const FontSpec& f) override { font = f; }
-  void SetLabelColor(OleColor c) override { color = c; }
-  void SetWindowHeight(int) override {}
-  void SetWindowWidth(int) override {}
-  void SetWindowPosition(int, int) override {}
-  bool MakeTransparent(OleColor) override { return true; }
-  void MakeTopMost() override {}
-  void Refresh() override {}
-  void Show() override { visible = true; }
-  void Hide() override { visible = false; }
-  bool Visible() const override { return visible; }
-
-  FontSpec font;
-  OleColor color = 0;
-  bool visible = false;
-};
-
-class ZeroRandom final : public RandomSource {
- public:
-  void Randomize(unsigned) override {}
-  float Next() override { return 0; }
-};
-
-class NoHost final : public FlasherHost {
- public:
-  bool SettingsWindowVisible() const override { return false; }
-  bool TrayMenuOpen() const override { return false; }
-};
+using test::ClosedHost;
+using test::FixedRandom;
+using test::StateOverlay;
 
 // The settings window's share of the core: a real flasher on fake timers,
 // the store, and the font and timing panels wired to both.
@@ -67,9 +37,9 @@ struct SettingsWorld {
   test::FakeClock clock;
   std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
   std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
-  QuietOverlay overlay;
-  ZeroRandom random;
-  NoHost host;
+  StateOverlay overlay;
+  FixedRandom random{0};
+  ClosedHost host;
   frmMessage flasher{overlay, *frequency, *display, random, host};
   SettingsStore store;
   FontPanel font{store, flasher};

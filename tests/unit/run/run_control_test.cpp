@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "../../support/fake_clock.h"
+#include "../../support/flasher_doubles.h"
 #include "../../support/fake_prompts.h"
 #include "../../support/temp_folder.h"
 
@@ -15,35 +16,8 @@ namespace {
 using namespace std::chrono_literals;
 using Phrases = std::vector<std::string>;
 
-// The overlay as run control sees it: what it shows and whether it is shown.
-class OverlayDouble final : public OverlayView {
- public:
-  void SetCaption(std::string_view text) override { caption = text; }
-  TwipsSize LabelSize() const override { return {1200, 300}; }
-  void SetLabelVisible(bool v) override { labelVisible = v; }
-  void SetLabelFont(const FontSpec& f) override { font = f; }
-  void SetLabelColor(OleColor) override {}
-  void SetWindowHeight(int) override {}
-  void SetWindowWidth(int) override {}
-  void SetWindowPosition(int, int) override {}
-  bool MakeTransparent(OleColor) override { return true; }
-  void MakeTopMost() override {}
-  void Refresh() override {}
-  void Show() override { visible = true; }
-  void Hide() override { visible = false; }
-  bool Visible() const override { return visible; }
-
-  std::string caption;
-  bool labelVisible = false;
-  bool visible = false;
-  FontSpec font;
-};
-
-class MidpointRandom final : public RandomSource {
- public:
-  void Randomize(unsigned) override {}
-  float Next() override { return 0.5f; }
-};
+using test::FixedRandom;
+using test::StateOverlay;
 
 class HostDouble final : public RunControlHost {
  public:
@@ -99,8 +73,8 @@ class RunControlTest : public ::testing::Test {
   test::FakeClock clock;
   std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
   std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
-  OverlayDouble view;
-  MidpointRandom random;
+  StateOverlay view;
+  FixedRandom random;
   HostDouble host;
   frmMessage flasher{view, *frequency, *display, random, host};
   RunControl run{flasher, host, SystemFileSystem(), folder.Path()};

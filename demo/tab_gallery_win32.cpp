@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "controls/tab_menu_win32.h"
-#include "tab_host_win32.h"
+#include "../tests/win32/controls/tab_host_win32.h"
 
 namespace qm::win32 {
 namespace {

@@ -1,0 +1,108 @@
+// The real program from outside: how fast it starts, and what it costs
+// while it runs. Prints figures for a person.
+//
+//   start      time from process creation until the settings window and
+//              the overlay exist, and until the first phrase is on screen
+//   idle       processor time used in 10 s with a phrase every 30 s (only
+//              the one-second watchdog ticks)
+//   flashing   private memory and object counts after 5 s and after 60 s
+//              of a phrase every second
+#include <windows.h>
+#include <psapi.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "../../tests/e2e/program_driver_win32.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using qm::test::ProgramFolder;
+using qm::test::RunningProgram;
+using qm::test::WaitFor;
+
+void PutLibrary(const ProgramFolder& folder, int frequencySeconds) {
+  folder.Put("\\Lists\\Calm.lst", "1I am calm\r\n1I breathe slowly\r\n1I am at ease");
+  folder.Put("\\_._", "1Calm");
+  folder.Put("\\__.__", "Arial\r\n28\r\nTrue\r\nFalse\r\n255\r\n1\r\n" + std::to_string(frequencySeconds));
+}
+
+double Ms(Clock::duration d) { return std::chrono::duration<double, std::milli>(d).count(); }
+
+double CpuMs(HANDLE process) {
+  FILETIME created, exited, kernel, user;
+  if (!::GetProcessTimes(process, &created, &exited, &kernel, &user)) return 0;
+  const auto value = [](FILETIME t) { return (static_cast<unsigned long long>(t.dwHighDateTime) << 32) | t.dwLowDateTime; };
+  return static_cast<double>(value(kernel) + value(user)) / 10000.0;
+}
+
+void PrintFootprint(const char* when, HANDLE process) {
+  PROCESS_MEMORY_COUNTERS_EX memory{};
+  memory.cb = sizeof memory;
+  ::GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
+  std::printf("  %-22s private %7.0f KiB  working set %7.0f KiB  GDI %lu  USER %lu  handles ", when,
+              memory.PrivateUsage / 1024.0, memory.WorkingSetSize / 1024.0,
+              ::GetGuiResources(process, GR_GDIOBJECTS), ::GetGuiResources(process, GR_USEROBJECTS));
+  DWORD handles = 0;
+  ::GetProcessHandleCount(process, &handles);
+  std::printf("%lu\n", handles);
+}
+
+}  // namespace
+
+int main() {
+  std::printf("start (5 runs, fresh program folder each):\n");
+  std::vector<double> windows, phrase;
+  for (int run = 0; run < 5; ++run) {
+    ProgramFolder folder;
+    PutLibrary(folder, 1);
+    const auto t0 = Clock::now();
+    RunningProgram program(folder);
+    if (!WaitFor([&] { return program.SettingsWindow() && program.Overlay(); }, 10s)) {
+      std::printf("  the program did not start\n");
+      return 1;
+    }
+    windows.push_back(Ms(Clock::now() - t0));
+    WaitFor([&] { return ::IsWindowVisible(program.Overlay()) && ::GetWindowTextLengthA(program.Overlay()) > 0; }, 5s);
+    WaitFor([&] {
+      char text[64] = {};
+      ::GetWindowTextA(program.Overlay(), text, sizeof text);
+      return std::string(text) == "I breathe slowly";  // the first phrase shown
+    }, 5s);
+    phrase.push_back(Ms(Clock::now() - t0));
+  }
+  std::sort(windows.begin(), windows.end());
+  std::sort(phrase.begin(), phrase.end());
+  std::printf("  windows ready: median %.0f ms (min %.0f, max %.0f)\n", windows[2], windows[0], windows[4]);
+  std::printf("  first phrase:  median %.0f ms (one 1 s interval after start-up)\n", phrase[2]);
+
+  {
+    ProgramFolder folder;
+    PutLibrary(folder, 30);
+    RunningProgram program(folder);
+    WaitFor([&] { return program.SettingsWindow() && program.Overlay(); }, 10s);
+    std::this_thread::sleep_for(1s);
+    const double before = CpuMs(program.Process());
+    std::this_thread::sleep_for(10s);
+    std::printf("idle: %.1f ms of processor time in 10 s between phrases\n", CpuMs(program.Process()) - before);
+  }
+
+  {
+    ProgramFolder folder;
+    PutLibrary(folder, 1);
+    RunningProgram program(folder);
+    WaitFor([&] { return program.SettingsWindow() && program.Overlay(); }, 10s);
+    std::printf("flashing, a phrase a second:\n");
+    std::this_thread::sleep_for(5s);
+    PrintFootprint("after 5 s (~4 phrases)", program.Process());
+    std::this_thread::sleep_for(55s);
+    PrintFootprint("after 60 s (~59)", program.Process());
+  }
+  return 0;
+}

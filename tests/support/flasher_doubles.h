@@ -1,0 +1,53 @@
+// Doubles for a real flasher outside the display tests: an overlay that
+// keeps what it was told and draws nothing, a generator of one fixed
+// value, and a host whose settings window and tray menu are both closed.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "display/message_flasher.h"
+
+namespace qm::test {
+
+class StateOverlay final : public OverlayView {
+ public:
+  void SetCaption(std::string_view text) override { caption = text; }
+  TwipsSize LabelSize() const override { return {1200, 300}; }
+  void SetLabelVisible(bool v) override { labelVisible = v; }
+  void SetLabelFont(const FontSpec& f) override { font = f; }
+  void SetLabelColor(OleColor c) override { color = c; }
+  void SetWindowHeight(int) override {}
+  void SetWindowWidth(int) override {}
+  void SetWindowPosition(int, int) override {}
+  bool MakeTransparent(OleColor) override { return true; }
+  void MakeTopMost() override {}
+  void Refresh() override {}
+  void Show() override { visible = true; }
+  void Hide() override { visible = false; }
+  bool Visible() const override { return visible; }
+
+  std::string caption;
+  bool labelVisible = false;
+  bool visible = false;
+  FontSpec font;
+  OleColor color = 0;
+};
+
+class FixedRandom final : public RandomSource {
+ public:
+  explicit FixedRandom(float value = 0.5f) : value_(value) {}
+  void Randomize(unsigned) override {}
+  float Next() override { return value_; }
+
+ private:
+  float value_;
+};
+
+class ClosedHost final : public FlasherHost {
+ public:
+  bool SettingsWindowVisible() const override { return false; }
+  bool TrayMenuOpen() const override { return false; }
+};
+
+}  // namespace qm::test
