@@ -46,12 +46,14 @@ void PrintFootprint(const char* when, HANDLE process) {
   PROCESS_MEMORY_COUNTERS_EX memory{};
   memory.cb = sizeof memory;
   ::GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
-  std::printf("  %-22s private %7.0f KiB  working set %7.0f KiB  GDI %lu  USER %lu  handles ", when,
-              memory.PrivateUsage / 1024.0, memory.WorkingSetSize / 1024.0,
-              ::GetGuiResources(process, GR_GDIOBJECTS), ::GetGuiResources(process, GR_USEROBJECTS));
   DWORD handles = 0;
   ::GetProcessHandleCount(process, &handles);
-  std::printf("%lu\n", handles);
+  // Figures this system does not report for another process read 0.
+  const auto figure = [](unsigned long long value) { return value ? std::to_string(value) : std::string("n/a"); };
+  std::printf("  %-22s private %s KiB  working set %s KiB  GDI %s  USER %s  handles %s\n", when,
+              figure(memory.PrivateUsage / 1024).c_str(), figure(memory.WorkingSetSize / 1024).c_str(),
+              figure(::GetGuiResources(process, GR_GDIOBJECTS)).c_str(),
+              figure(::GetGuiResources(process, GR_USEROBJECTS)).c_str(), figure(handles).c_str());
 }
 
 }  // namespace
@@ -90,7 +92,11 @@ int main() {
     std::this_thread::sleep_for(1s);
     const double before = CpuMs(program.Process());
     std::this_thread::sleep_for(10s);
-    std::printf("idle: %.1f ms of processor time in 10 s between phrases\n", CpuMs(program.Process()) - before);
+    const double after = CpuMs(program.Process());
+    if (after == 0)
+      std::printf("idle: this system does not report another process's processor time\n");
+    else
+      std::printf("idle: %.1f ms of processor time in 10 s between phrases\n", after - before);
   }
 
   {
