@@ -177,14 +177,14 @@ class Gallery : public Window {
 
   // The settings window's buttons, at their own sizes.
   void AddSettingsRow(HWND parent) {
-    struct Spec {
+    struct Placed {
       const char* caption;
       int left;
       int width;
     };
-    const Spec specs[] = {{"Add", 180, 975},         {"Edit", 1290, 975},    {"Delete", 2400, 975},
+    const Placed specs[] = {{"Add", 180, 975},         {"Edit", 1290, 975},    {"Delete", 2400, 975},
                           {"Edit Font", 3480, 1395}, {"&Start", 5040, 1395}, {"E&xit", 6600, 1395}};
-    for (const Spec& s : specs) {
+    for (const Placed& s : specs) {
       Add(parent, {s.left, 300, s.width, 435},
           {{"Style", 10},
            {"iNonThemeStyle", 0},
