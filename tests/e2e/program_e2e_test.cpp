@@ -47,6 +47,12 @@ std::string WindowText(HWND hwnd) {
   return text;
 }
 
+// A button release over the icon; true once the menu is open.
+bool ClickTheIcon(const RunningProgram& program, UINT release = kLeftRelease) {
+  program.TrayMouse(release);
+  return WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s);
+}
+
 void StartAndWaitForTheWindow(RunningProgram& program) {
   ASSERT_TRUE(program.Started()) << BuiltProgramPath();
   ASSERT_TRUE(WaitFor([&] { return program.SettingsWindow() && program.Overlay(); }, 10s));
@@ -120,8 +126,7 @@ TEST(Program, AClickOnTheIconPausesAndOpensTheMenuAndDismissingItResumes) {
   EXPECT_FALSE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 500ms));
   EXPECT_TRUE(OverlayShown(program));
 
-  program.TrayMouse(kRightRelease);
-  ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s));
+  ASSERT_TRUE(ClickTheIcon(program, kRightRelease));
   EXPECT_FALSE(OverlayShown(program)) << "the click hides the overlay";
   // While the menu is open the watchdog keeps the display paused.
   EXPECT_FALSE(WaitFor([&] { return OverlayShown(program); }, 2500ms));
@@ -139,14 +144,12 @@ TEST(Program, TrayStopKeepsTheDisplayStoppedUntilTrayStart) {
   StartAndWaitForTheWindow(program);
   ASSERT_TRUE(WaitFor([&] { return OverlayShown(program); }, 5s));
 
-  program.TrayMouse(kLeftRelease);
-  ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s));
+  ASSERT_TRUE(ClickTheIcon(program));
   program.ChooseFromMenu(kStopItem);
   ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() == nullptr; }, 3s));
   EXPECT_FALSE(WaitFor([&] { return OverlayShown(program); }, 3500ms)) << "the watchdog keeps it stopped";
 
-  program.TrayMouse(kLeftRelease);
-  ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s));
+  ASSERT_TRUE(ClickTheIcon(program));
   program.ChooseFromMenu(kStartItem);
   ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() == nullptr; }, 3s));
   EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 2s));
@@ -160,8 +163,7 @@ TEST(Program, ExitAsksAndOnlyYesEndsTheProgramWithoutWritingAnything) {
   StartAndWaitForTheWindow(program);
 
   const auto askToExit = [&] {
-    program.TrayMouse(kLeftRelease);
-    EXPECT_TRUE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s));
+    EXPECT_TRUE(ClickTheIcon(program));
     program.ChooseFromMenu(kExitItem);
     HWND box = nullptr;
     EXPECT_TRUE(WaitFor([&] { return (box = program.MessageBox()) != nullptr; }, 3s));
@@ -199,8 +201,7 @@ TEST(Program, StartUpPromotesPendingDataAndAFirstRunStaysStoppedUntilStart) {
   EXPECT_FALSE(WaitFor([&] { return OverlayShown(program); }, 3s)) << "a first run starts nothing";
   EXPECT_FALSE(folder.Has("\\__.__")) << "missing settings are not written until a change";
 
-  program.TrayMouse(kLeftRelease);
-  ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s));
+  ASSERT_TRUE(ClickTheIcon(program));
   program.ChooseFromMenu(kStartItem);
   EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 3s));
   // (No settings file: the label keeps its own grey, so the text tells.)
