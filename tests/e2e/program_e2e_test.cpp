@@ -69,7 +69,7 @@ TEST(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredLook) 
   ::GetWindowTextA(program.SettingsWindow(), caption, sizeof caption);
   EXPECT_STREQ(caption, "Quillmere - Settings");
 
-  // Watch for seven seconds: the phrases in list order, each shown in red.
+  // Watch three phrases come: in list order, each shown in red.
   // The flasher starts at the list's first element and steps on before it
   // shows one, so the second phrase comes first.
   std::vector<std::string> seen;
@@ -83,9 +83,9 @@ TEST(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredLook) 
           if (seen.empty() || seen.back() != text) seen.push_back(text);
         }
         overlayWasForeground = overlayWasForeground || ::GetForegroundWindow() == overlay;
-        return false;
+        return seen.size() >= 3;
       },
-      7s);
+      20s);
   ASSERT_GE(seen.size(), 3u);
   EXPECT_EQ(seen[0], "Second phrase");
   EXPECT_EQ(seen[1], "Third phrase");
@@ -111,7 +111,7 @@ TEST(Program, ASecondCopyEndsAtOnceAndTheFirstRunsOn) {
   EXPECT_EQ(second.WaitForExit(5s), 0u);
   EXPECT_TRUE(second.Windows("QuillmereSettings").empty());
   EXPECT_TRUE(first.Running());
-  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(first); }, 5s));
+  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(first); }, 8s));
 }
 
 TEST(Program, AClickOnTheIconPausesAndOpensTheMenuAndDismissingItResumes) {
@@ -133,8 +133,8 @@ TEST(Program, AClickOnTheIconPausesAndOpensTheMenuAndDismissingItResumes) {
 
   ::PostMessageA(program.SettingsWindow(), WM_CANCELMODE, 0, 0);
   ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() == nullptr; }, 3s));
-  EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 2500ms)) << "resumed by the watchdog";
-  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 5s));
+  EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 5s)) << "resumed by the watchdog";
+  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 8s));
 }
 
 TEST(Program, TrayStopKeepsTheDisplayStoppedUntilTrayStart) {
@@ -152,8 +152,8 @@ TEST(Program, TrayStopKeepsTheDisplayStoppedUntilTrayStart) {
   ASSERT_TRUE(ClickTheIcon(program));
   program.ChooseFromMenu(kStartItem);
   ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() == nullptr; }, 3s));
-  EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 2s));
-  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 5s));
+  EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 5s));
+  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 8s));
 }
 
 TEST(Program, ExitAsksAndOnlyYesEndsTheProgramWithoutWritingAnything) {
@@ -177,7 +177,7 @@ TEST(Program, ExitAsksAndOnlyYesEndsTheProgramWithoutWritingAnything) {
   ::PostMessageA(box, WM_COMMAND, IDNO, 0);
   ASSERT_TRUE(WaitFor([&] { return program.MessageBox() == nullptr; }, 3s));
   EXPECT_TRUE(program.Running());
-  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 5s)) << "No leaves it running";
+  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 8s)) << "No leaves it running";
 
   box = askToExit();
   ASSERT_NE(box, nullptr);
@@ -203,9 +203,9 @@ TEST(Program, StartUpPromotesPendingDataAndAFirstRunStaysStoppedUntilStart) {
 
   ASSERT_TRUE(ClickTheIcon(program));
   program.ChooseFromMenu(kStartItem);
-  EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 3s));
+  EXPECT_TRUE(WaitFor([&] { return OverlayShown(program); }, 5s));
   // (No settings file: the label keeps its own grey, so the text tells.)
-  EXPECT_TRUE(WaitFor([&] { return WindowText(program.Overlay()) == "Second phrase"; }, 6s));
+  EXPECT_TRUE(WaitFor([&] { return WindowText(program.Overlay()) == "Second phrase"; }, 8s));
 }
 
 }  // namespace
