@@ -182,9 +182,9 @@ class Gallery : public Window {
       int left;
       int width;
     };
-    const Placed specs[] = {{"Add", 180, 975},         {"Edit", 1290, 975},    {"Delete", 2400, 975},
-                          {"Edit Font", 3480, 1395}, {"&Start", 5040, 1395}, {"E&xit", 6600, 1395}};
-    for (const Placed& s : specs) {
+    const Placed row[] = {{"Add", 180, 975},         {"Edit", 1290, 975},    {"Delete", 2400, 975},
+                        {"Edit Font", 3480, 1395}, {"&Start", 5040, 1395}, {"E&xit", 6600, 1395}};
+    for (const Placed& s : row) {
       Add(parent, {s.left, 300, s.width, 435},
           {{"Style", 10},
            {"iNonThemeStyle", 0},

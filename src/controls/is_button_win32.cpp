@@ -44,15 +44,15 @@ BITMAPINFO TopDownDib(int width, int height) {
   return bi;
 }
 
-Font MakeFont(const FontSpec& spec, int dpiY) {
+Font MakeFont(const FontSpec& font, int dpiY) {
   LOGFONTA lf{};
-  lf.lfHeight = -static_cast<LONG>(std::lround(spec.size * dpiY / 72.0));
-  lf.lfWeight = spec.bold ? FW_BOLD : FW_NORMAL;
-  lf.lfItalic = spec.italic;
-  lf.lfUnderline = spec.underline;
-  lf.lfStrikeOut = spec.strikethrough;
+  lf.lfHeight = -static_cast<LONG>(std::lround(font.size * dpiY / 72.0));
+  lf.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
+  lf.lfItalic = font.italic;
+  lf.lfUnderline = font.underline;
+  lf.lfStrikeOut = font.strikethrough;
   lf.lfCharSet = DEFAULT_CHARSET;
-  std::strncpy(lf.lfFaceName, spec.name.c_str(), LF_FACESIZE - 1);
+  std::strncpy(lf.lfFaceName, font.name.c_str(), LF_FACESIZE - 1);
   return Font(::CreateFontIndirectA(&lf));
 }
 

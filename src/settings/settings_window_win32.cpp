@@ -117,8 +117,10 @@ LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
     case WM_CLOSE:
       // Closing the window by any other means than the Close button
       // unloads it without a question, and so ends the program.
+      Form_Unload();
+      return 0;
     case WM_ENDSESSION:
-      if (msg == WM_CLOSE || wParam) Form_Unload();
+      if (wParam) Form_Unload();
       return 0;
     case WM_DESTROY:
       ::PostQuitMessage(0);
@@ -165,10 +167,21 @@ FontSpec frmSettings::PreviewFont() const { return fontPanel_->lblPreview.Font()
 
 void frmSettings::DoEvents() { pump_.DoEvents(); }
 
-void frmSettings::PauseForTrayMenu() { runControl_->PauseForTrayMenu(); }
-void frmSettings::mnuSettings_Click() { runControl_->mnuSettings_Click(); }
-void frmSettings::mnuStart_Click() { runControl_->mnuStart_Click(); }
-void frmSettings::mnuStop_Click() { runControl_->mnuStop_Click(); }
+// The icon is shown before the flasher exists, and a message box of the
+// library's start-up runs a nested loop: a click on the icon then finds
+// nothing to pause or start yet, and its menu commands do nothing.
+void frmSettings::PauseForTrayMenu() {
+  if (runControl_) runControl_->PauseForTrayMenu();
+}
+void frmSettings::mnuSettings_Click() {
+  if (runControl_) runControl_->mnuSettings_Click();
+}
+void frmSettings::mnuStart_Click() {
+  if (runControl_) runControl_->mnuStart_Click();
+}
+void frmSettings::mnuStop_Click() {
+  if (runControl_) runControl_->mnuStop_Click();
+}
 void frmSettings::mnuExit_Click() { cmdClose_Click(); }
 
 void frmSettings::ShowSettingsNotSaved(const std::string& path) {
