@@ -17,6 +17,8 @@ namespace {
 class NoPrompts final : public Prompts {
  public:
   PromptAnswer Show(std::string_view, PromptIcon, PromptButtons) override { return PromptAnswer::Ok; }
+  bool IsOpen() const override { return false; }
+  void BringToFront() override {}
 };
 
 class NoEvents final : public EventPump {

@@ -1,6 +1,7 @@
 #include "platform/application_win32.h"
 
 #include <string>
+#include <string_view>
 
 namespace qm::win32 {
 
@@ -42,11 +43,36 @@ PromptAnswer MessageBoxPrompts::Show(std::string_view text, PromptIcon icon, Pro
   type |= buttons == PromptButtons::YesNo ? MB_YESNO : MB_OK;
   const std::string body(text);
   const std::string title(kAppTitle);
-  switch (::MessageBoxA(nullptr, body.c_str(), title.c_str(), type)) {
+  ++open_;
+  const int answer = ::MessageBoxA(nullptr, body.c_str(), title.c_str(), type);
+  --open_;
+  switch (answer) {
     case IDYES: return PromptAnswer::Yes;
     case IDNO: return PromptAnswer::No;
     default: return buttons == PromptButtons::YesNo ? PromptAnswer::No : PromptAnswer::Ok;
   }
+}
+
+namespace {
+
+BOOL CALLBACK RaiseMessageBox(HWND hwnd, LPARAM found) {
+  char name[16] = {};
+  if (!::IsWindowVisible(hwnd) || !::GetClassNameA(hwnd, name, sizeof name) ||
+      std::string_view(name) != "#32770")
+    return TRUE;
+  *reinterpret_cast<HWND*>(found) = hwnd;
+  return TRUE;  // the last one found is the innermost box
+}
+
+}  // namespace
+
+void MessageBoxPrompts::BringToFront() {
+  if (!IsOpen()) return;
+  HWND box = nullptr;
+  ::EnumThreadWindows(::GetCurrentThreadId(), RaiseMessageBox, reinterpret_cast<LPARAM>(&box));
+  if (!box) return;
+  ::SetWindowPos(box, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+  ::SetForegroundWindow(box);
 }
 
 void MessagePump::DoEvents() {

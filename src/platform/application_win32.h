@@ -39,6 +39,13 @@ class InstanceGuard {
 class MessageBoxPrompts final : public Prompts {
  public:
   PromptAnswer Show(std::string_view text, PromptIcon icon, PromptButtons buttons) override;
+  bool IsOpen() const override { return open_ > 0; }
+  // The open box is a dialog of this thread: it is raised and given the
+  // focus.
+  void BringToFront() override;
+
+ private:
+  int open_ = 0;  // boxes open, one inside another's loop included
 };
 
 // Runs the window messages that are waiting, then returns. A WM_QUIT met on

@@ -1,5 +1,7 @@
 // Message boxes: every text the program shows the user goes through here.
-// The boxes are titled with the application's title, "Quillmere".
+// The boxes are titled with the application's title, "Quillmere". Texts are
+// UTF-8 (a category name, which is Windows-1252, is converted before it
+// goes into a text).
 #pragma once
 
 #include <string_view>
@@ -17,6 +19,10 @@ class Prompts {
   virtual ~Prompts() = default;
   // Shows the box and waits for the answer (a nested event loop on Windows).
   virtual PromptAnswer Show(std::string_view text, PromptIcon icon, PromptButtons buttons) = 0;
+  // True while one of the program's boxes is open (its nested loop runs).
+  virtual bool IsOpen() const = 0;
+  // Brings the open box, if any, to the front.
+  virtual void BringToFront() = 0;
 };
 
 // Lets the window-system events that are waiting run, as a long routine

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,11 @@ class FakePrompts final : public Prompts {
  public:
   PromptAnswer Show(std::string_view text, PromptIcon icon, PromptButtons buttons) override {
     shown.push_back({std::string(text), icon, buttons});
+    if (whileOpen) {
+      open = true;
+      whileOpen();
+      open = false;
+    }
     if (buttons == PromptButtons::Ok) return PromptAnswer::Ok;
     if (answers.empty()) return PromptAnswer::No;
     PromptAnswer a = answers.front();
@@ -26,7 +32,14 @@ class FakePrompts final : public Prompts {
     return a;
   }
 
+  bool IsOpen() const override { return open; }
+  void BringToFront() override { ++broughtToFront; }
+
   std::vector<ShownPrompt> shown;
+  // Runs while a box is open, as the events of its nested loop would.
+  std::function<void()> whileOpen;
+  bool open = false;
+  int broughtToFront = 0;
   // Answers for Yes/No boxes, in order; No when none is left.
   std::deque<PromptAnswer> answers;
 };
