@@ -140,17 +140,25 @@ bool MessageLibrary::SaveCheckedCategories() {
   if (stateUnreadable_) return false;
 
   const int highlighted = lstMessageCategories.ListIndex();
-  const std::string text = MarkedText(lstMessageCategories);
+  const std::string highlightedName = SelectedCategory();
   const std::string path = ProgramPath(programFolder_, kCategoryStateFile);
 
   // The file may be held briefly by another program: try again after
   // letting the window events run, and after the last attempt say nothing.
+  // A mark changed by an event run here is saved by its own handler; the
+  // text is built after the events, so no attempt writes an older state
+  // over it.
   bool written = false;
   for (int attempt = 0; attempt < kStateWriteAttempts && !written; ++attempt) {
     events_.DoEvents();
-    written = files_.WriteAll(path, text);
+    if (lstMessageCategories.ListCount() == 0) return true;
+    written = files_.WriteAll(path, MarkedText(lstMessageCategories));
   }
-  lstMessageCategories.SetListIndex(highlighted);
+  // The events may have added or removed categories: the remembered
+  // position is highlighted again only while it names the same category.
+  if (highlighted >= 0 && highlighted < lstMessageCategories.ListCount() &&
+      lstMessageCategories.ItemText(highlighted) == highlightedName)
+    lstMessageCategories.SetListIndex(highlighted);
   return written;
 }
 

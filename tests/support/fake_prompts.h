@@ -46,8 +46,18 @@ class FakePrompts final : public Prompts {
 
 class CountingEventPump final : public EventPump {
  public:
-  void DoEvents() override { ++count; }
+  void DoEvents() override {
+    ++count;
+    if (onEvents) {
+      // The events run once: what they do may itself pump again.
+      auto events = std::move(onEvents);
+      onEvents = nullptr;
+      events();
+    }
+  }
   int count = 0;
+  // What the waiting events do, run at the next DoEvents.
+  std::function<void()> onEvents;
 };
 
 }  // namespace qm::test

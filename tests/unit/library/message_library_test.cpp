@@ -230,5 +230,27 @@ TEST_F(MessageLibraryTest, TheCategoryStateIsWrittenWithUpTo101Attempts) {
   EXPECT_EQ(fs.Writes(), 202);
 }
 
+TEST_F(MessageLibraryTest, AMarkChangedWhileTheStateIsBeingSavedIsNotWrittenOver) {
+  dir.Put("\\Lists\\Calm.lst", "1A");
+  dir.Put("\\Lists\\Sleep.lst", "1A");
+  dir.Put("\\_._", "0Calm\r\n0Sleep");
+  library.StartUp();
+  categories.SetListIndex(1);
+  categories.SetItemChecked(0, true);
+  // The file is busy at the first attempt; meanwhile the user's click on
+  // Sleep's box is handled and saved, and a new category sorts in before
+  // the highlighted one.
+  fs.failingWrites = 1;
+  pump.onEvents = [&] {
+    categories.SetItemChecked(1, true);
+    EXPECT_TRUE(library.lstMessageCategories_ItemCheck());
+    categories.AddItem("Alpha");
+  };
+  EXPECT_TRUE(library.lstMessageCategories_ItemCheck());
+  EXPECT_EQ(dir.Get("\\_._"), "0Alpha\r\n1Calm\r\n1Sleep");
+  // Sleep stays highlighted; position 1 now names Calm and is not taken.
+  EXPECT_EQ(library.SelectedCategory(), "Sleep");
+}
+
 }  // namespace
 }  // namespace qm
