@@ -3,8 +3,13 @@
 //
 // Format: 8-bit text in the ANSI code page (Windows-1252), no byte-order
 // mark. Lines are separated by CR LF (0x0D 0x0A), with nothing after the
-// last line; an empty file holds no lines. A lone CR or LF is part of its
-// line. A file is read whole and written whole, atomically.
+// last line; an empty file holds no lines. A file is read whole and written
+// whole, atomically, and the program always writes exactly this form.
+//
+// Reading is lenient with files edited by hand in other editors: a UTF-8
+// byte-order mark at the start is skipped, a lone LF ends a line as CR LF
+// does, and a line break at the very end adds no empty line. A lone CR is
+// part of its line.
 //
 // Marked lines (category files and the category-state file): the first
 // character is the mark, the digit 1 for checked and 0 for unchecked, and
@@ -29,19 +34,22 @@ namespace qm {
 
 inline constexpr std::string_view kLineBreak = "\r\n";
 
-// Calls f(std::string_view line) for each line of the text, in order. An
-// empty text has no lines; a text ending in CR LF ends with an empty line.
+inline constexpr std::string_view kUtf8ByteOrderMark = "\xEF\xBB\xBF";
+
+// Calls f(std::string_view line) for each line of the text, in order (see
+// the top of this file for what ends a line). An empty text has no lines.
 template <class F>
 void ForEachLine(std::string_view text, F&& f) {
-  if (text.empty()) return;
-  for (;;) {
-    const std::size_t end = text.find(kLineBreak);
-    if (end == std::string_view::npos) {
+  if (text.starts_with(kUtf8ByteOrderMark)) text.remove_prefix(kUtf8ByteOrderMark.size());
+  while (!text.empty()) {
+    const std::size_t lf = text.find('\n');
+    if (lf == std::string_view::npos) {
       f(text);
       return;
     }
+    const std::size_t end = lf > 0 && text[lf - 1] == '\r' ? lf - 1 : lf;
     f(text.substr(0, end));
-    text.remove_prefix(end + kLineBreak.size());
+    text.remove_prefix(lf + 1);
   }
 }
 

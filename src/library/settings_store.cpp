@@ -15,8 +15,6 @@ namespace qm {
 namespace {
 
 constexpr std::size_t kLineCount = 7;
-// The timing a wheel takes when its entry is 0 or unset.
-constexpr std::int16_t kFallbackTiming = 2;
 
 std::string_view TrimBlanks(std::string_view s) {
   while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
@@ -49,11 +47,6 @@ const char* BoolText(bool b) {
 template <typename T>
 std::string IntText(const std::optional<T>& v) {
   return v ? std::to_string(*v) : std::string();
-}
-
-// Whole points as the font chooser reads them: rounded half to even.
-std::int32_t WholePoints(double points) {
-  return static_cast<std::int32_t>(std::nearbyint(points));
 }
 
 }  // namespace
@@ -114,6 +107,16 @@ std::string SettingsNotSavedText(std::string_view path) {
   return text;
 }
 
+std::string SettingsUnreadableText(std::string_view path) {
+  std::string text = "The settings file ";
+  text += path;
+  text +=
+      " could not be read when Quillmere started (another program may hold it, or it may not be "
+      "readable). To keep the settings it holds, Quillmere will not change it: changes made now last "
+      "until Quillmere ends. Restart Quillmere once the file can be read.";
+  return text;
+}
+
 SettingsStore::SettingsStore(FileSystem& files, std::string programFolder)
     : files_(files), programFolder_(std::move(programFolder)) {}
 
@@ -121,73 +124,37 @@ std::string SettingsStore::Path() const {
   return ProgramPath(programFolder_, kSettingsFile);
 }
 
+ReadOutcome SettingsStore::ReadSettings() {
+  const std::string path = Path();
+  const std::optional<std::string> text = files_.ReadAll(path);
+  if (!text) {
+    unreadable_ = files_.Occupied(path);
+    return unreadable_ ? ReadOutcome::Unreadable : ReadOutcome::Missing;
+  }
+  unreadable_ = false;
+  if (text->empty()) return ReadOutcome::Missing;
+  ParseSettings(*text, settings_);
+  return ReadOutcome::Loaded;
+}
+
 SaveOutcome SettingsStore::SaveSettings() {
   if (IsLoading) return SaveOutcome::Skipped;
   const std::string path = Path();
-  if (files_.WriteAll(path, FormatSettings(settings_))) return SaveOutcome::Saved;
-  if (WriteFailed) WriteFailed(path);
-  return SaveOutcome::Failed;
-}
-
-void SettingsStore::LoadSettings(const SettingsTargets& t) {
-  using std::chrono::milliseconds;
-  using std::chrono::seconds;
-  IsLoading = true;
-  const std::optional<std::string> text = files_.ReadAll(Path());
-  Settings& s = settings_;
-
-  if (text && !text->empty()) {
-    ParseSettings(*text, s);
-
-    // The preview label, in this order; a refused value is dropped.
-    if (s.fontName && !t.lblPreview.SetFontName(*s.fontName)) s.fontName.reset();
-    if (s.fontSize && !t.lblPreview.SetFontSize(*s.fontSize)) s.fontSize.reset();
-    if (s.bold) t.lblPreview.SetBold(*s.bold);
-    if (s.italic) t.lblPreview.SetItalic(*s.italic);
-    if (s.color && !t.lblPreview.SetForeColor(static_cast<OleColor>(*s.color))) s.color.reset();
-
-    t.ColorPicker1.SetValue(t.lblPreview.ForeColor());
-    t.flasher.SetLabelColor(t.lblPreview.ForeColor());
-    t.flasher.SetLabelFont(t.lblPreview.Font());
-
-    // Each wheel's change handling labels it, sets the flasher's timer and
-    // stores its entry.
-    if (!s.duration || *s.duration == 0) {
-      t.bvlWHEEL1.SetValue(kFallbackTiming);
-    } else {
-      t.bvlWHEEL1.SetValue(*s.duration);
-      t.flasher.TimerDisplayLength().SetInterval(milliseconds(t.bvlWHEEL1.Value()));
-    }
-    if (!s.frequency || *s.frequency == 0) {
-      t.bvlWHEEL2.SetValue(kFallbackTiming);
-    } else {
-      t.bvlWHEEL2.SetValue(*s.frequency);
-      t.flasher.TimerFrequency().SetInterval(seconds(t.bvlWHEEL2.Value()));
-    }
-  } else {
-    // Nothing stored: the flasher's timers follow what the wheels show.
-    t.bvlWHEEL1.SetValue(t.bvlWHEEL1.Value());
-    t.bvlWHEEL2.SetValue(t.bvlWHEEL2.Value());
+  if (unreadable_) {
+    if (!toldUnreadable_ && Tell) Tell(SettingsUnreadableText(path));
+    toldUnreadable_ = true;
+    return SaveOutcome::Refused;
   }
-
-  // Every entry holds the value in force from here on.
-  const FontSpec& font = t.lblPreview.Font();
-  if (!s.fontName) s.fontName = font.name;
-  if (!s.fontSize) s.fontSize = WholePoints(font.size);
-  if (!s.bold) s.bold = font.bold;
-  if (!s.italic) s.italic = font.italic;
-  if (!s.color) s.color = static_cast<std::int32_t>(t.ColorPicker1.Value());
-  if (!s.duration) s.duration = t.bvlWHEEL1.Value();
-  if (!s.frequency) s.frequency = t.bvlWHEEL2.Value();
-  IsLoading = false;
+  if (files_.WriteAll(path, FormatSettings(settings_))) return SaveOutcome::Saved;
+  if (Tell) Tell(SettingsNotSavedText(path));
+  return SaveOutcome::Failed;
 }
 
 void PromotePendingData(FileSystem& files, const std::string& programFolder) {
   const std::string pending = ProgramPath(programFolder, kPendingDataFile);
   if (!files.Exists(pending)) return;
-  const std::string data = ProgramPath(programFolder, kDataFile);
-  files.Remove(data);
-  if (files.Copy(pending, data)) files.Remove(pending);
+  // Copy replaces "\DATA" atomically: no moment without it.
+  if (files.Copy(pending, ProgramPath(programFolder, kDataFile))) files.Remove(pending);
 }
 
 }  // namespace qm

@@ -21,7 +21,17 @@
 //     integer as above (0 is False, any other number True);
 //   - an empty font-name line does not convert;
 //   - a line that does not convert, or is missing, leaves its entry as it
-//     was; lines after the seventh are ignored.
+//     was; lines after the seventh are ignored;
+//   - a UTF-8 byte-order mark and LF-only line ends are read as the line
+//     files read them (line_file.h).
+//
+// A settings file that exists but cannot be read (held by another program,
+// no permission, too large) is never replaced: the program runs on its
+// defaults and tells the user once, at the first change it cannot save.
+//
+// Applying the entries to the panels and the flasher is the settings
+// window's business (settings/settings_loader.h); this store only reads
+// and writes them.
 #pragma once
 
 #include <cstdint>
@@ -30,11 +40,7 @@
 #include <string>
 #include <string_view>
 
-#include "display/message_flasher.h"
 #include "platform/file_system.h"
-#include "settings/color_picker.h"
-#include "settings/preview_label.h"
-#include "settings/wheel.h"
 
 namespace qm {
 
@@ -66,26 +72,26 @@ std::string FormatSettings(const Settings& settings);
 // keep their values.
 void ParseSettings(std::string_view text, Settings& settings);
 
-// What LoadSettings applies the stored entries to: the font panel's preview
-// label and colour picker, the timing panel's wheels and the flasher.
-struct SettingsTargets {
-  PreviewLabel& lblPreview;
-  ColorPicker& ColorPicker1;
-  Wheel& bvlWHEEL1;
-  Wheel& bvlWHEEL2;
-  frmMessage& flasher;
-};
-
 enum class SaveOutcome {
   Saved,
   // Nothing written: the settings are being loaded.
   Skipped,
   // The file could not be written; it holds what it held before.
   Failed,
+  // The file could not be read at start-up, so it is not replaced.
+  Refused,
 };
 
-// The message the user sees when the settings could not be saved.
+enum class ReadOutcome {
+  Loaded,      // the lines that convert are in the entries
+  Missing,     // no file, or an empty one: nothing taken
+  Unreadable,  // the file is there but could not be read: nothing taken
+};
+
+// The messages the user sees when the settings could not be saved (the
+// path is UTF-8, as the messages are).
 std::string SettingsNotSavedText(std::string_view path);
+std::string SettingsUnreadableText(std::string_view path);
 
 class SettingsStore {
  public:
@@ -100,40 +106,29 @@ class SettingsStore {
   // While true, SaveSettings writes nothing.
   bool IsLoading = false;
 
-  // Writes the whole file from the entries, in one attempt, unless the
-  // settings are being loaded. On failure the file keeps its former
-  // content and WriteFailed (when set) is told the file's path.
-  SaveOutcome SaveSettings();
-  std::function<void(const std::string& path)> WriteFailed;
+  // Reads the file once, at start-up, into the entries (the lines that
+  // convert). An unreadable file is remembered: it is never replaced.
+  ReadOutcome ReadSettings();
 
-  // Reads the file once at start-up and applies it, with saving suppressed
-  // meanwhile:
-  //   1. the lines that convert fill their entries;
-  //   2. the font entries go to the preview label (name, size, bold,
-  //      italic) and then the colour; a value the label refuses is dropped
-  //      and the label keeps its own;
-  //   3. the colour picker takes the label's colour (its change handling
-  //      runs), the flasher's label the label's colour and font;
-  //   4. each wheel takes its entry, or 2 where the entry is 0 or unset;
-  //      where the entry was used, the flasher's timer then takes the
-  //      wheel's value too.
-  // A missing or empty file applies nothing: the wheels' change handling
-  // runs with the values they show, so that the flasher's timers follow
-  // them.
-  // Either way loading ends with saving allowed and every entry holding the
-  // value in force (entries left unset are filled from the label, the
-  // picker and the wheels), so the first change writes all seven lines.
-  void LoadSettings(const SettingsTargets& targets);
+  // Writes the whole file from the entries, in one attempt, unless the
+  // settings are being loaded or the file could not be read at start-up.
+  // A failure leaves the file as it was and is told (Tell) each time; a
+  // file that could not be read is told once.
+  SaveOutcome SaveSettings();
+  // Shows a message to the user (a stop box in the program).
+  std::function<void(const std::string& message)> Tell;
 
  private:
   FileSystem& files_;
   std::string programFolder_;
   Settings settings_;
+  bool unreadable_ = false;
+  bool toldUnreadable_ = false;
 };
 
-// The pending data file: when "\DATA01" exists, it replaces "\DATA" (delete
-// "\DATA", copy "\DATA01" to "\DATA", delete "\DATA01"). A failing step is
-// passed over, except that "\DATA01" is kept when the copy failed, so that
+// The pending data file: when "\DATA01" exists, it replaces "\DATA" and is
+// deleted. "\DATA" is replaced atomically, so it always holds either its
+// old or its new content; when the copy fails "\DATA01" is kept, so that
 // its data are not lost and are promoted at the next start.
 void PromotePendingData(FileSystem& files, const std::string& programFolder);
 

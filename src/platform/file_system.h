@@ -32,6 +32,9 @@ class FileSystem {
   // True for an ordinary file; folders, hidden and system files count as
   // not found.
   virtual bool Exists(const std::string& path) = 0;
+  // True when anything at all is at the path: any file, hidden or not, or
+  // a folder.
+  virtual bool Occupied(const std::string& path) { return Exists(path); }
 
   // The names (with their extension) of the ordinary files in the folder
   // whose extension is the given one, without regard to case; empty when

@@ -18,7 +18,9 @@ frmSettings::frmSettings(MessageLoop& loop, FileSystem& files, Prompts& prompts,
   STimer1_.SetTick([this] {
     if (runControl_) runControl_->STimer1_Timer();
   });
-  store_.WriteFailed = [this](const std::string& path) { ShowSettingsNotSaved(path); };
+  store_.Tell = [this](const std::string& message) {
+    prompts_.Show(message, PromptIcon::Critical, PromptButtons::Ok);
+  };
 }
 
 frmSettings::~frmSettings() {
@@ -79,7 +81,7 @@ bool frmSettings::Form_Load(std::string_view commandLine) {
   // The stored settings, applied to the panels and the message window.
   timingPanel_ = std::make_unique<TimingPanel>(store_, flasher_->Form());
   fontPanel_ = std::make_unique<FontPanel>(store_, flasher_->Form());
-  store_.LoadSettings({fontPanel_->lblPreview, fontPanel_->ColorPicker1, timingPanel_->bvlWHEEL1,
+  LoadSettings(store_, {fontPanel_->lblPreview, fontPanel_->ColorPicker1, timingPanel_->bvlWHEEL1,
                        timingPanel_->bvlWHEEL2, flasher_->Form()});
 
   // The watchdog runs from here to shutdown.
@@ -183,9 +185,5 @@ void frmSettings::mnuStop_Click() {
   if (runControl_) runControl_->mnuStop_Click();
 }
 void frmSettings::mnuExit_Click() { cmdClose_Click(); }
-
-void frmSettings::ShowSettingsNotSaved(const std::string& path) {
-  prompts_.Show(SettingsNotSavedText(path), PromptIcon::Critical, PromptButtons::Ok);
-}
 
 }  // namespace qm::win32

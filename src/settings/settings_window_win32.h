@@ -27,6 +27,7 @@
 #include "platform/window_win32.h"
 #include "run/run_control.h"
 #include "settings/font_panel.h"
+#include "settings/settings_loader.h"
 #include "settings/timing_panel.h"
 #include "settings/tray_win32.h"
 
@@ -95,7 +96,6 @@ class frmSettings final : public Window,
 
   bool CreateTheWindow();
   void SetWindowIcon(StatusIcon icon);
-  void ShowSettingsNotSaved(const std::string& path);
 
   MessageLoop& loop_;
   FileSystem& files_;

@@ -91,18 +91,19 @@ TEST_F(MessageLibraryTest, AddUniqueItemAndSetItemCheckedIgnoreCase) {
 
 TEST_F(MessageLibraryTest, StartUpListsMarksAndLoadsWritingNothing) {
   dir.Put("\\Lists\\Sleep.lst", "1A\r\n0B");
-  dir.Put("\\Lists\\calm.lst", "0Zeta\r\n1alpha");
+  dir.Put("\\Lists\\calm.lst", "\xEF\xBB\xBF" "0Zeta\n1alpha\n");
   dir.Put("\\Lists\\Mixed.lst", "Calm words\r\n\r\n2x\r\n1ok\r\n");
   dir.Put("\\Lists\\notes.txt", "");
-  // A category without a file, and a hand-edited line without a mark,
-  // which unchecks the category it names.
-  dir.Put("\\_._", "1Calm\r\n1Ghost\r\n1Mixed\r\nMixed\r\n1Sleep");
+  // Saved by another editor (a byte-order mark, LF line ends); a category
+  // without a file, and a hand-edited line without a mark, which unchecks
+  // the category it names.
+  dir.Put("\\_._", "\xEF\xBB\xBF" "1Calm\n1Ghost\n1Mixed\nMixed\n1Sleep\n");
   library.StartUp();
   EXPECT_EQ(Texts(categories), "+calm -Mixed +Sleep ");
   EXPECT_EQ(categories.ListIndex(), 0);
   EXPECT_EQ(Texts(phrases), "+alpha -Zeta ");
   Select("Mixed");
-  EXPECT_EQ(Texts(phrases), "- - -Calm words +ok -x ");
+  EXPECT_EQ(Texts(phrases), "- -Calm words +ok -x ");
   EXPECT_EQ(fs.Writes() + fs.changes, 0);
 
   sfs::remove_all(dir.Native("\\Lists"));

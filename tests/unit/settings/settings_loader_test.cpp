@@ -1,0 +1,229 @@
+#include "settings/settings_loader.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <set>
+
+#include "../../support/fake_clock.h"
+#include "../../support/flasher_doubles.h"
+#include "../../support/temp_folder.h"
+#include "settings/font_panel.h"
+#include "settings/timing_panel.h"
+
+namespace qm {
+namespace {
+
+using namespace std::chrono_literals;
+
+using test::ClosedHost;
+using test::FixedRandom;
+using test::StateOverlay;
+
+// The settings window's share of the core: a real flasher on fake timers,
+// the store, and the font and timing panels wired to both.
+struct SettingsWorld {
+  SettingsWorld(FileSystem& files, const std::string& folder) : store(files, folder) {
+    flasher.Form_Load({1024, 768, 15, 15}, 0);
+  }
+
+  void Load() {
+    LoadSettings(store, {font.lblPreview, font.ColorPicker1, timing.bvlWHEEL1, timing.bvlWHEEL2, flasher});
+  }
+
+  std::chrono::milliseconds DisplayInterval() const { return display->Interval(); }
+  std::chrono::milliseconds FrequencyInterval() const { return frequency->Interval(); }
+
+  test::FakeClock clock;
+  std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
+  std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
+  StateOverlay overlay;
+  FixedRandom random{0};
+  ClosedHost host;
+  frmMessage flasher{overlay, *frequency, *display, random, host};
+  SettingsStore store;
+  FontPanel font{store, flasher};
+  TimingPanel timing{store, flasher};
+};
+
+constexpr std::string_view kExample = "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3";
+
+// The machine's file system, counting writes and failing the named steps.
+class WatchedFiles final : public FileSystem {
+ public:
+  std::optional<std::string> ReadAll(const std::string& p) override { return real.ReadAll(p); }
+  bool WriteAll(const std::string& p, std::string_view bytes) override {
+    ++writes;
+    return !failing.contains("write") && real.WriteAll(p, bytes);
+  }
+  bool Exists(const std::string& p) override { return real.Exists(p); }
+  std::vector<std::string> List(const std::string& f, std::string_view e) override { return real.List(f, e); }
+  bool Copy(const std::string& from, const std::string& to) override {
+    return Step("copy") && real.Copy(from, to);
+  }
+  bool Remove(const std::string& p) override {
+    return Step("remove " + p.substr(p.rfind('\\') + 1)) && real.Remove(p);
+  }
+  bool MakeFolder(const std::string& p) override { return real.MakeFolder(p); }
+
+  FileSystem& real = SystemFileSystem();
+  int writes = 0;
+  std::set<std::string> failing;
+  std::vector<std::string> steps;
+
+ private:
+  bool Step(const std::string& step) {
+    steps.push_back(step);
+    return !failing.contains(step);
+  }
+};
+
+class SettingsStoreTest : public ::testing::Test {
+ protected:
+  // A fresh settings window loading the given file.
+  SettingsWorld& Load(std::string_view file) {
+    dir.Put("\\__.__", file);
+    world = std::make_unique<SettingsWorld>(files, dir.Path());
+    world->Load();
+    return *world;
+  }
+  std::string File() const { return dir.Get("\\__.__"); }
+
+  test::TempFolder dir;
+  WatchedFiles files;
+  std::unique_ptr<SettingsWorld> world;
+};
+
+TEST_F(SettingsStoreTest, TheExampleIsAppliedEverywhereAndWrittenBackByteForByte) {
+  SettingsWorld& w = Load(kExample);
+  EXPECT_EQ(files.writes, 0);
+  EXPECT_FALSE(w.store.IsLoading);
+  const FontSpec bold12{"Arial", 12, true, false};
+  EXPECT_EQ(w.font.lblPreview.Font(), bold12);
+  EXPECT_EQ(w.font.lblPreview.ForeColor(), 255u);
+  EXPECT_EQ(w.font.ColorPicker1.Value(), 255u);
+  EXPECT_EQ(w.overlay.color, 255u);
+  EXPECT_EQ(w.overlay.font, bold12);
+  EXPECT_EQ(w.timing.lblDuration, "Duration: 50 Millisecond(s)");
+  EXPECT_EQ(w.timing.lblFrequency, "Frequency: 3 Second(s)");
+  EXPECT_EQ(w.DisplayInterval(), 50ms);
+  EXPECT_EQ(w.FrequencyInterval(), 3000ms);
+
+  EXPECT_EQ(w.store.SaveSettings(), SaveOutcome::Saved);
+  EXPECT_EQ(File(), kExample);
+  w.timing.bvlWHEEL2.SetValue(5);
+  EXPECT_EQ(File(), "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n5");
+}
+
+TEST_F(SettingsStoreTest, TurningAWheelOrPickingAColourTakesEffectAtOnceAndSaves) {
+  SettingsWorld& w = Load(kExample);
+  int repaints = 0;
+  w.timing.Changed = [&] { ++repaints; };
+  w.timing.bvlWHEEL1.SetValue(2);
+  EXPECT_EQ(w.timing.lblDuration, "Duration: 2 Millisecond(s)");
+  EXPECT_EQ(w.DisplayInterval(), 2ms);
+  EXPECT_EQ(repaints, 1);
+  w.timing.bvlWHEEL2.SetValue(31);
+  EXPECT_EQ(w.timing.lblFrequency, "Frequency: 30 Second(s)");
+  EXPECT_EQ(w.FrequencyInterval(), 30000ms);
+
+  w.font.ColorPicker1.SetValue(0x00FF0000);
+  EXPECT_EQ(w.font.lblPreview.ForeColor(), 0x00FF0000u);
+  EXPECT_EQ(w.overlay.color, 0x00FF0000u);
+  EXPECT_EQ(File(), "Arial\r\n12\r\nTrue\r\nFalse\r\n16711680\r\n2\r\n30");
+  // The font stays with the preview until the next start.
+  EXPECT_TRUE(w.font.lblPreview.SetFontName("Courier New"));
+  EXPECT_EQ(w.overlay.font.name, "Arial");
+}
+
+TEST_F(SettingsStoreTest, NothingIsWrittenWhileLoading) {
+  SettingsWorld w(files, dir.Path());
+  w.store.IsLoading = true;
+  w.timing.bvlWHEEL1.SetValue(9);
+  w.font.ColorPicker1.SetValue(0x00FF00);
+  EXPECT_EQ(w.store.SaveSettings(), SaveOutcome::Skipped);
+  EXPECT_EQ(files.writes, 0);
+  EXPECT_EQ(w.store.Record().duration, 9);
+}
+
+TEST_F(SettingsStoreTest, AZeroOrUnsetTimingFallsBackToTwoForThatTimingAlone) {
+  EXPECT_EQ(Load("Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n0\r\n5").DisplayInterval(), 2ms);
+  EXPECT_EQ(world->timing.lblDuration, "Duration: 2 Millisecond(s)");
+  EXPECT_EQ(world->FrequencyInterval(), 5000ms);
+  EXPECT_EQ(Load("Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n0").FrequencyInterval(), 2000ms);
+  EXPECT_EQ(world->DisplayInterval(), 50ms);
+  EXPECT_EQ(Load("Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50").FrequencyInterval(), 2000ms);
+  // Beyond the wheels' ends a timing stops there.
+  EXPECT_EQ(Load("Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n5000\r\n-4").DisplayInterval(), 1000ms);
+  EXPECT_EQ(world->FrequencyInterval(), 1000ms);
+  EXPECT_EQ(files.writes, 0);
+}
+
+TEST_F(SettingsStoreTest, LinesThatDoNotConvertKeepTheirValuesAndTheRestLoad) {
+  SettingsWorld& w = Load("Times New Roman\r\ntwelve\r\nmaybe\r\nTrue\r\n65280\r\n70000\r\n4");
+  EXPECT_EQ(w.font.lblPreview.Font(), (FontSpec{"Times New Roman", 9.75, false, true}));
+  EXPECT_EQ(w.overlay.color, 0x00FF00u);
+  EXPECT_EQ(w.DisplayInterval(), 2ms);  // 70000 is no 16-bit number
+  // The entries that did not convert now hold the values in force.
+  w.timing.bvlWHEEL2.SetValue(6);
+  EXPECT_EQ(File(), "Times New Roman\r\n10\r\nFalse\r\nTrue\r\n65280\r\n2\r\n6");
+
+  Load("Courier New\r\n20\r\nTrue");
+  EXPECT_EQ(world->font.lblPreview.Font(), (FontSpec{"Courier New", 20, true, false}));
+  world->timing.bvlWHEEL1.SetValue(30);
+  EXPECT_EQ(File(), "Courier New\r\n20\r\nTrue\r\nFalse\r\n12632256\r\n30\r\n2");
+}
+
+TEST_F(SettingsStoreTest, ValuesTheLabelRefusesAreSkippedAndAStoredWhiteIsNotTheKey) {
+  SettingsWorld& w = Load("\r\n0\r\nTrue\r\nFalse\r\n-1\r\n50\r\n3");
+  EXPECT_EQ(w.font.lblPreview.Font(), (FontSpec{"Arial", 9.75, true, false}));
+  EXPECT_EQ(w.font.ColorPicker1.Value(), kLightGrey);
+  EXPECT_EQ(FormatSettings(w.store.Record()), "Arial\r\n10\r\nTrue\r\nFalse\r\n12632256\r\n50\r\n3");
+  EXPECT_EQ(Load(std::string(40, 'A') + "\r\n14").font.lblPreview.Font().name, "Arial");
+
+  Load("Arial\r\n12\r\nTrue\r\nFalse\r\n16777215\r\n50\r\n3");
+  EXPECT_EQ(world->font.ColorPicker1.Value(), kAlmostWhite);
+  EXPECT_EQ(world->overlay.color, kAlmostWhite);
+  EXPECT_EQ(world->store.Record().color, 16777214);
+  EXPECT_EQ(files.writes, 0);
+}
+
+TEST_F(SettingsStoreTest, AMissingOrEmptyFileAppliesNothingAndTheFirstChangeWritesAllSeven) {
+  for (bool empty : {false, true}) {
+    SCOPED_TRACE(empty ? "empty" : "missing");
+    SettingsWorld w(files, dir.Path());
+    if (empty) dir.Put("\\__.__", "");
+    w.Load();
+    EXPECT_FALSE(w.store.IsLoading);
+    EXPECT_EQ(w.font.lblPreview.Font(), FontSpec{});
+    EXPECT_EQ(w.timing.bvlWHEEL1.Value(), 1);
+    // The flasher's timers follow what the wheels show.
+    EXPECT_EQ(w.DisplayInterval(), 1ms);
+    EXPECT_EQ(w.FrequencyInterval(), 1000ms);
+    EXPECT_EQ(files.writes, 0);
+
+    w.timing.bvlWHEEL2.SetValue(4);
+    EXPECT_EQ(File(), "Arial\r\n10\r\nFalse\r\nFalse\r\n12632256\r\n1\r\n4");
+    files.writes = 0;
+    std::filesystem::remove(dir.Native("\\__.__"));
+  }
+}
+
+TEST_F(SettingsStoreTest, AFailedWriteIsReportedAndLeavesTheOldFile) {
+  SettingsWorld& w = Load(kExample);
+  std::string reported;
+  w.store.Tell = [&](const std::string& message) { reported = message; };
+  files.failing = {"write"};
+  w.timing.bvlWHEEL1.SetValue(900);
+  EXPECT_EQ(w.store.SaveSettings(), SaveOutcome::Failed);
+  EXPECT_EQ(File(), kExample);
+  EXPECT_EQ(reported, SettingsNotSavedText(dir("\\__.__")));
+
+  files.failing.clear();
+  w.timing.bvlWHEEL2.SetValue(7);
+  EXPECT_EQ(File(), "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n900\r\n7");
+}
+
+}  // namespace
+}  // namespace qm
