@@ -32,6 +32,25 @@ std::string MarkedText(const CheckedList& list) {
 
 }  // namespace
 
+std::string CategoryStatePath(std::string_view programFolder) {
+  return ProgramPath(programFolder, kCategoryStateFile);
+}
+
+std::string ListsFolderPath(std::string_view programFolder) {
+  std::string relative = "\\";
+  relative += kListsFolder;
+  return ProgramPath(programFolder, relative);
+}
+
+std::string CategoryFilePath(std::string_view programFolder, std::string_view name) {
+  std::string path = ListsFolderPath(programFolder);
+  path += '\\';
+  path += name;
+  path += '.';
+  path += kListsExtension;
+  return path;
+}
+
 void FillComboWithFiles(CheckedList& list, FileSystem& files, std::string_view programFolder,
                         std::string_view folder, std::string_view extension) {
   std::string path(programFolder);
@@ -82,7 +101,7 @@ void MessageLibrary::ListCategories() {
 }
 
 void MessageLibrary::LoadCheckedCategories() {
-  const std::string path = ProgramPath(programFolder_, kCategoryStateFile);
+  const std::string path = CategoryStatePath(programFolder_);
   const std::optional<std::string> text = files_.ReadAll(path);
   // A state file that is there but cannot be read keeps its marks: the
   // categories show unchecked, and SaveCheckedCategories leaves it alone.
@@ -141,7 +160,7 @@ bool MessageLibrary::SaveCheckedCategories() {
 
   const int highlighted = lstMessageCategories.ListIndex();
   const std::string highlightedName = SelectedCategory();
-  const std::string path = ProgramPath(programFolder_, kCategoryStateFile);
+  const std::string path = CategoryStatePath(programFolder_);
 
   // The file may be held briefly by another program: try again after
   // letting the window events run, and after the last attempt say nothing.
@@ -168,13 +187,7 @@ std::string MessageLibrary::SelectedCategory() const {
 }
 
 std::string MessageLibrary::CategoryPath(std::string_view name) const {
-  std::string relative = "\\";
-  relative += kListsFolder;
-  relative += '\\';
-  relative += name;
-  relative += '.';
-  relative += kListsExtension;
-  return ProgramPath(programFolder_, relative);
+  return CategoryFilePath(programFolder_, name);
 }
 
 bool MessageLibrary::CreateCategoryFile(std::string_view name) {
@@ -184,9 +197,7 @@ bool MessageLibrary::CreateCategoryFile(std::string_view name) {
 
 bool MessageLibrary::WriteCategoryFile(const std::string& path, std::string_view bytes) {
   // The "Lists" folder is made when the first category file goes into it.
-  std::string folder = ProgramPath(programFolder_, "\\");
-  folder += kListsFolder;
-  files_.MakeFolder(folder);
+  files_.MakeFolder(ListsFolderPath(programFolder_));
   return files_.WriteAll(path, bytes);
 }
 

@@ -31,6 +31,13 @@ inline constexpr std::string_view kCategoryStateFile = "\\_._";
 inline constexpr std::string_view kListsFolder = "Lists";
 inline constexpr std::string_view kListsExtension = "lst";
 
+// The category-state file, the "Lists" folder and a category's file, under
+// the program folder (a UTF-8 path). Category names are Windows-1252 text,
+// as the lists and files hold them.
+std::string CategoryStatePath(std::string_view programFolder);
+std::string ListsFolderPath(std::string_view programFolder);
+std::string CategoryFilePath(std::string_view programFolder, std::string_view name);
+
 // Empties the list and adds the name, less its last four characters, of
 // every file with the extension in the folder of the program folder. A
 // missing folder gives an empty list. The list sorts the names.

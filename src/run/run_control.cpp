@@ -1,8 +1,10 @@
 #include "run/run_control.h"
 
+#include <unordered_set>
 #include <utility>
 
 #include "library/line_file.h"
+#include "library/message_library.h"
 #include "platform/ansi_text.h"
 
 namespace qm {
@@ -63,7 +65,8 @@ void RunControl::PauseForTrayMenu() {
 }
 
 void RunControl::STimer1_Timer() {
-  if (host_.TrayMenuOpen() || host_.SettingsWindowVisible() || menuStopChecked_) return;
+  if (host_.TrayMenuOpen() || host_.SettingsWindowVisible() || menuStopChecked_ || host_.MessageBoxOpen())
+    return;
   if (!flasher_.TimerDisplayLength().Enabled() && !flasher_.TimerFrequency().Enabled()) {
     flasher_.Begin();
   } else if (flasher_.Visible()) {
@@ -74,22 +77,43 @@ void RunControl::STimer1_Timer() {
   }
 }
 
+namespace {
+
+// The rotation list as it is gathered: each phrase kept once, at its first
+// spelling, with a set of the lower-cased phrases standing in for InArray's
+// walk through the list.
+class Gathering {
+ public:
+  void Add(std::string_view text) {
+    if (!seen_.insert(LowerAnsi(text)).second) return;
+    if (!list_) list_.emplace();
+    list_->emplace_back(text);
+  }
+  PhraseList Take() { return std::move(list_); }
+
+ private:
+  PhraseList list_;
+  std::unordered_set<std::string> seen_;
+};
+
+}  // namespace
+
 PhraseList RunControl::GetCheckedPhrases() const {
-  PhraseList list;
-  const auto state = files_.ReadAll(ProgramPath(programFolder_, "\\_._"));
-  if (!state) return list;
-  for (const std::string& line : SplitLines(*state)) {
+  const auto state = files_.ReadAll(CategoryStatePath(programFolder_));
+  if (!state) return {};
+  Gathering gathered;
+  ForEachLine(*state, [&](std::string_view line) {
     // Any digit but 0 marks a checked category here.
-    if (line.empty() || line[0] < '1' || line[0] > '9') continue;
-    const auto text = files_.ReadAll(ProgramPath(programFolder_, "\\Lists\\" + line.substr(1) + ".lst"));
-    if (!text || TrimSpaces(*text).empty()) continue;
-    for (const std::string& phraseLine : SplitLines(*text)) {
+    if (line.empty() || line[0] < '1' || line[0] > '9') return;
+    const auto text = files_.ReadAll(CategoryFilePath(programFolder_, line.substr(1)));
+    if (!text || TrimSpaces(*text).empty()) return;
+    ForEachLine(*text, [&](std::string_view phraseLine) {
       const MarkedLine phrase = ParseMarkedLine(phraseLine);
       // A phrase whose own check mark is cleared stays out of the rotation.
-      if (phrase.checked) AddToArray(list, phrase.text);
-    }
-  }
-  return list;
+      if (phrase.checked) gathered.Add(phrase.text);
+    });
+  });
+  return gathered.Take();
 }
 
 void RunControl::AddToArray(PhraseList& list, std::string_view text) {

@@ -45,6 +45,9 @@ class RunControlHost : public FlasherHost {
   virtual FontSpec PreviewFont() const = 0;
   // Lets the window events that are waiting run (before the first-run hint).
   virtual void DoEvents() = 0;
+  // True while one of the program's message boxes is open (the exit
+  // question, an error): the watchdog then leaves the display paused.
+  virtual bool MessageBoxOpen() const = 0;
 };
 
 class RunControl {
@@ -64,13 +67,19 @@ class RunControl {
   void mnuSettings_Click();
   // The first half of a click on the tray icon: pause before the menu opens.
   void PauseForTrayMenu();
-  // The watchdog, once a second.
+  // The watchdog, once a second. Besides the open tray menu, the shown
+  // settings window and Stop, an open message box of the program keeps it
+  // waiting: nobody answers a question with phrases flashing over it.
   void STimer1_Timer();
 
   // The rotation list: every phrase of every checked category, without
-  // case-insensitive duplicates, categories in the order of the
-  // category-state file; unset when nothing was gathered.
+  // case-insensitive duplicates (the first spelling kept), categories in the
+  // order of the category-state file; unset when nothing was gathered. The
+  // duplicates are found through a hash of the lower-cased phrases, so
+  // gathering takes time in proportion to the phrases, not to their square.
   PhraseList GetCheckedPhrases() const;
+  // One phrase added to a list at the end unless an equal one (without
+  // regard to case) is in it already; InArray looks through the list.
   static void AddToArray(PhraseList& list, std::string_view text);
   static bool InArray(const PhraseList& list, std::string_view text);
 

@@ -175,6 +175,11 @@ void frmSettings::DoEvents() { pump_.DoEvents(); }
 void frmSettings::PauseForTrayMenu() {
   if (runControl_) runControl_->PauseForTrayMenu();
 }
+bool frmSettings::BringOpenMessageBoxToFront() {
+  if (!prompts_.IsOpen()) return false;
+  prompts_.BringToFront();
+  return true;
+}
 void frmSettings::mnuSettings_Click() {
   if (runControl_) runControl_->mnuSettings_Click();
 }

@@ -81,6 +81,7 @@ class frmSettings final : public Window,
   void HideSettingsWindow() override;
   FontSpec PreviewFont() const override;
   void DoEvents() override;
+  bool MessageBoxOpen() const override { return prompts_.IsOpen(); }
 
   // TrayForm.
   HWND Hwnd() const override { return Window::Hwnd(); }
@@ -89,6 +90,7 @@ class frmSettings final : public Window,
 
   // TrayCommands.
   void PauseForTrayMenu() override;
+  bool BringOpenMessageBoxToFront() override;
   void mnuSettings_Click() override;
   void mnuStart_Click() override;
   void mnuStop_Click() override;

@@ -65,6 +65,7 @@ bool TrayMenu::Form_MouseMove(unsigned x, TrayPopup& popup) {
   if (x != kMouseLeftReleased && x != kMouseRightReleased) return false;
   // A second click while the menu is open reaches the menu, not here.
   if (open_) return false;
+  if (commands_.BringOpenMessageBoxToFront()) return false;
   commands_.PauseForTrayMenu();
   TrayMenuItem chosen = TrayMenuItem::None;
   {

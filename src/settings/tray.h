@@ -53,6 +53,10 @@ class TrayCommands {
   virtual ~TrayCommands() = default;
   // The first half of a click on the icon: bStopped set, overlay hidden.
   virtual void PauseForTrayMenu() = 0;
+  // A click on the icon while one of the program's message boxes is open
+  // brings that box to the front instead of opening a second menu: true
+  // when a box was open.
+  virtual bool BringOpenMessageBoxToFront() = 0;
   virtual void mnuSettings_Click() = 0;
   virtual void mnuStart_Click() = 0;
   virtual void mnuStop_Click() = 0;
@@ -108,8 +112,9 @@ class TrayMenu {
 
   // The tray callback with the mouse message as x: a left or right button
   // release pauses the display, opens the menu and runs the chosen item's
-  // command once the menu has closed; anything else is ignored. True when
-  // the menu was opened.
+  // command once the menu has closed; anything else is ignored, and while
+  // a message box of the program is open the release only brings it to the
+  // front. True when the menu was opened.
   bool Form_MouseMove(unsigned x, TrayPopup& popup);
 
   // Runs the item's command (None and a greyed item do nothing).

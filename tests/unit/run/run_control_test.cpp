@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <vector>
 
@@ -35,9 +36,11 @@ class HostDouble final : public RunControlHost {
   void HideSettingsWindow() override { settingsVisible = false; }
   FontSpec PreviewFont() const override { return previewFont; }
   void DoEvents() override { ++eventsRun; }
+  bool MessageBoxOpen() const override { return boxOpen; }
 
   bool settingsVisible = true;  // the window is shown while it loads
   bool menuOpen = false;
+  bool boxOpen = false;
   std::string trayTip = "Click for menu options.";
   StatusIcon trayIcon = StatusIcon::Running;
   bool startChecked = false;
@@ -90,6 +93,32 @@ TEST_F(RunControlTest, GathersCheckedCategoriesInStateFileOrderWithoutDuplicates
   // Any digit but 0 checks a category; the first spelling of a phrase wins;
   // a phrase line holding only its mark is the empty phrase.
   EXPECT_EQ(run.GetCheckedPhrases(), (Phrases{"Rest now", "I am calm", "Breathe", ""}));
+}
+
+TEST_F(RunControlTest, GatheringALargeLibraryKeepsWhatOneByOneAddingGives) {
+  // Phrases drawn from a small vocabulary, so that many repeat in other
+  // cases (accented capitals included), over categories checked in an
+  // order unlike their names', one of them with LF line ends.
+  std::minstd_rand random(7);
+  const char* words[] = {"calm", "Sleep", "\xC9T\xC9", "\xE9t\xE9", "Rest", "REST", "now", "\x8Cuvre", "\x9Cuvre"};
+  std::string state;
+  PhraseList expected;
+  for (int c = 0; c < 12; ++c) {
+    const std::string name = "Cat" + std::to_string((c * 7) % 12);
+    state += (c % 4 == 3 ? "0" : "1") + name + "\r\n";
+    std::string file;
+    for (int p = 0; p < 300; ++p) {
+      std::string phrase = std::string(words[random() % 9]) + " " + words[random() % 9] + " " + words[random() % 9];
+      const bool checked = random() % 5 != 0;
+      file += (checked ? "1" : "0") + phrase + (c == 5 ? "\n" : "\r\n");
+      if (checked && c % 4 != 3) RunControl::AddToArray(expected, phrase);
+    }
+    folder.Put("\\Lists\\" + name + ".lst", file);
+  }
+  folder.Put("\\_._", state);
+  ASSERT_TRUE(expected.has_value());
+  EXPECT_LT(expected->size(), 9u * 9u * 9u);
+  EXPECT_EQ(run.GetCheckedPhrases(), expected);
 }
 
 TEST_F(RunControlTest, GathersNothingFromMissingOrBlankFiles) {
@@ -158,7 +187,12 @@ TEST_F(RunControlTest, ADismissedTrayMenuResumesAtTheNextWatchdogTick) {
   run.STimer1_Timer();
   EXPECT_TRUE(flasher.bStopped);
   EXPECT_FALSE(view.visible);
-  host.menuOpen = false;  // dismissed without a choice
+  host.menuOpen = false;  // Exit Application: the question is open
+  host.boxOpen = true;
+  run.STimer1_Timer();
+  EXPECT_TRUE(flasher.bStopped);
+  EXPECT_FALSE(view.visible);
+  host.boxOpen = false;  // answered No
   run.STimer1_Timer();
   EXPECT_FALSE(flasher.bStopped);
   EXPECT_TRUE(view.visible);

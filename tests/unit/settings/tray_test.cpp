@@ -17,6 +17,10 @@ using Log = std::vector<std::string>;
 class Recorder final : public TrayCommands, public TrayPopup {
  public:
   void PauseForTrayMenu() override { log.push_back("pause"); }
+  bool BringOpenMessageBoxToFront() override {
+    if (boxOpen) log.push_back("box to front");
+    return boxOpen;
+  }
   void mnuSettings_Click() override { log.push_back("settings"); }
   void mnuStart_Click() override { log.push_back("start"); }
   void mnuStop_Click() override { log.push_back("stop"); }
@@ -27,6 +31,7 @@ class Recorder final : public TrayCommands, public TrayPopup {
     return choice;
   }
   Log log;
+  bool boxOpen = false;
   TrayMenuItem choice = TrayMenuItem::None;
   std::function<void()> whileOpen;
 };
@@ -72,7 +77,20 @@ TEST(TrayMenuTest, MovesPressesAndClicksWhileOpenDoNothing) {
   menu.Form_MouseMove(0x202, r);
   EXPECT_EQ(r.log, (Log{"pause", "menu open"}));
 
+  // The exit question chosen from the menu is open: a click on the icon
+  // raises it, and neither pauses nor opens another menu.
+  r.log.clear();
+  r.choice = TrayMenuItem::Exit;
+  menu.mnuSettingsEnabled = true;
+  r.whileOpen = nullptr;
+  menu.Form_MouseMove(0x202, r);
+  r.boxOpen = true;
+  EXPECT_FALSE(menu.Form_MouseMove(0x205, r));
+  EXPECT_FALSE(menu.Form_MouseMove(0x202, r));
+  EXPECT_EQ(r.log, (Log{"pause", "menu open", "exit", "box to front", "box to front"}));
+
   r.whileOpen = [] { throw std::runtime_error("menu failed"); };
+  r.boxOpen = false;
   EXPECT_THROW(menu.Form_MouseMove(0x202, r), std::runtime_error);
   EXPECT_FALSE(menu.IsOpen());
 }

@@ -29,6 +29,7 @@ BOOL WINAPI RecordNotify(DWORD message, PNOTIFYICONDATAA data) {
 class RecordingCommands final : public TrayCommands {
  public:
   void PauseForTrayMenu() override { log.push_back("pause"); }
+  bool BringOpenMessageBoxToFront() override { return false; }
   void mnuSettings_Click() override { log.push_back("settings"); }
   void mnuStart_Click() override { log.push_back("start"); }
   void mnuStop_Click() override { log.push_back("stop"); }
