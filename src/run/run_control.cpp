@@ -1,6 +1,8 @@
 #include "run/run_control.h"
 
-#include <unordered_set>
+#include <algorithm>
+#include <cstdint>
+#include <vector>
 #include <utility>
 
 #include "library/line_file.h"
@@ -80,20 +82,63 @@ void RunControl::STimer1_Timer() {
 namespace {
 
 // The rotation list as it is gathered: each phrase kept once, at its first
-// spelling, with a set of the lower-cased phrases standing in for InArray's
-// walk through the list.
+// spelling. An open-addressing table of positions in the list, keyed by a
+// hash of the lower-cased phrase, stands in for InArray's walk through the
+// whole list, so each phrase costs the same however many came before.
 class Gathering {
  public:
-  void Add(std::string_view text) {
-    if (!seen_.insert(LowerAnsi(text)).second) return;
-    if (!list_) list_.emplace();
-    list_->emplace_back(text);
+  // Room for about this many more phrases (a category file's line count).
+  void Expect(std::size_t more) {
+    list_.reserve(list_.size() + more);
+    hashes_.reserve(hashes_.size() + more);
+    while ((hashes_.size() + more) * 2 > slots_.size()) Grow();
   }
-  PhraseList Take() { return std::move(list_); }
+
+  void Add(std::string_view text) {
+    if ((hashes_.size() + 1) * 2 > slots_.size()) Grow();
+    const std::size_t hash = HashNoCase(text);
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t slot = hash & mask;
+    for (; slots_[slot] != 0; slot = (slot + 1) & mask) {
+      const std::size_t at = slots_[slot] - 1;
+      if (hashes_[at] == hash && EqualsNoCase(list_[at], text)) return;
+    }
+    slots_[slot] = hashes_.size() + 1;
+    hashes_.push_back(hash);
+    list_.emplace_back(text);
+  }
+
+  // Unset when nothing was gathered.
+  PhraseList Take() {
+    if (list_.empty()) return std::nullopt;
+    return std::move(list_);
+  }
 
  private:
-  PhraseList list_;
-  std::unordered_set<std::string> seen_;
+  // FNV-1a over the lower-cased bytes.
+  static std::size_t HashNoCase(std::string_view text) {
+    std::uint64_t hash = 14695981039346656037ull;
+    for (char c : text) {
+      hash ^= static_cast<unsigned char>(LowerAnsiChar(c));
+      hash *= 1099511628211ull;
+    }
+    return static_cast<std::size_t>(hash ^ (hash >> 32));
+  }
+
+  void Grow() {
+    std::vector<std::size_t> bigger(slots_.empty() ? 64 : slots_.size() * 2, 0);
+    const std::size_t mask = bigger.size() - 1;
+    for (std::size_t at = 0; at < hashes_.size(); ++at) {
+      std::size_t slot = hashes_[at] & mask;
+      while (bigger[slot] != 0) slot = (slot + 1) & mask;
+      bigger[slot] = at + 1;
+    }
+    slots_.swap(bigger);
+  }
+
+  std::vector<std::string> list_;
+  std::vector<std::size_t> hashes_;  // of each phrase in the list
+  std::vector<std::size_t> slots_;   // 0 empty, else a position in the list + 1
 };
 
 }  // namespace
@@ -107,6 +152,7 @@ PhraseList RunControl::GetCheckedPhrases() const {
     if (line.empty() || line[0] < '1' || line[0] > '9') return;
     const auto text = files_.ReadAll(CategoryFilePath(programFolder_, line.substr(1)));
     if (!text || TrimSpaces(*text).empty()) return;
+    gathered.Expect(static_cast<std::size_t>(std::count(text->begin(), text->end(), '\n')) + 1);
     ForEachLine(*text, [&](std::string_view phraseLine) {
       const MarkedLine phrase = ParseMarkedLine(phraseLine);
       // A phrase whose own check mark is cleared stays out of the rotation.
