@@ -192,7 +192,10 @@ std::string MessageLibrary::CategoryPath(std::string_view name) const {
 
 bool MessageLibrary::CreateCategoryFile(std::string_view name) {
   const std::string path = CategoryPath(name);
-  return files_.Exists(path) || WriteCategoryFile(path, {});
+  // Anything already there, a hidden file or a folder included, is kept:
+  // a new category never replaces it with an empty file.
+  if (files_.Occupied(path)) return files_.Exists(path);
+  return WriteCategoryFile(path, {});
 }
 
 bool MessageLibrary::WriteCategoryFile(const std::string& path, std::string_view bytes) {

@@ -128,8 +128,8 @@ class MessageLibrary {
   // The category's file: programFolder "\Lists\" name ".lst".
   std::string CategoryPath(std::string_view name) const;
   // Creates the category's file, empty, and the "Lists" folder when it is
-  // missing; an existing file is left as it is. True when the file exists
-  // afterwards.
+  // missing; anything already at its path (a hidden file, a folder) is left
+  // as it is. True when the category's ordinary file exists afterwards.
   bool CreateCategoryFile(std::string_view name);
 
  private:

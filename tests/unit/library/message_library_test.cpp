@@ -24,6 +24,7 @@ class WatchedFileSystem final : public FileSystem {
     return failingWrites-- <= 0 && real_.WriteAll(p, bytes);
   }
   bool Exists(const std::string& p) override { return real_.Exists(p); }
+  bool Occupied(const std::string& p) override { return real_.Occupied(p); }
   std::vector<std::string> List(const std::string& p, std::string_view e) override {
     return real_.List(p, e);
   }
@@ -151,6 +152,11 @@ TEST_F(MessageLibraryTest, TheListsFolderIsMadeForTheFirstCategoryFile) {
   dir.Put("\\Lists\\Calm.lst", "1Kept");
   EXPECT_TRUE(library.CreateCategoryFile("CALM"));
   EXPECT_EQ(dir.Get("\\Lists\\Calm.lst"), "1Kept");
+
+  // Something else of that name is never replaced by an empty category.
+  sfs::create_directories(dir.Native("\\Lists\\Folder.lst"));
+  EXPECT_FALSE(library.CreateCategoryFile("Folder"));
+  EXPECT_TRUE(sfs::is_directory(dir.Native("\\Lists\\Folder.lst")));
 
   sfs::remove_all(dir.Native("\\Lists"));
   phrases.AddItem("New", true);
