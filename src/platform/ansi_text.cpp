@@ -51,7 +51,6 @@ bool EndsWithNoCase(std::string_view text, std::string_view suffix) {
   return text.size() >= suffix.size() && EqualsNoCase(text.substr(text.size() - suffix.size()), suffix);
 }
 
-
 namespace {
 
 // The code points of the bytes 0x80..0x9F; the rest of Windows-1252 is

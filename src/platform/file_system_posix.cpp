@@ -23,7 +23,9 @@ std::string ToPosix(std::string path) {
   return path;
 }
 
-bool LstatOk(const std::string& p, struct stat& st) { return ::lstat(p.c_str(), &st) == 0; }
+bool LstatOk(const std::string& p, struct stat& st) {
+  return ::lstat(p.c_str(), &st) == 0;
+}
 
 // The small letter of a capital, for the alphabets with case that names are
 // likely written in (Latin, Greek, Cyrillic, Armenian, full-width Latin);
@@ -140,7 +142,8 @@ class PosixFileSystem final : public FileSystem {
     const int fd = ::open(p.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return std::nullopt;
     struct stat st;
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || static_cast<std::size_t>(st.st_size) > kMaxReadBytes) {
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+        static_cast<std::size_t>(st.st_size) > kMaxReadBytes) {
       ::close(fd);
       return std::nullopt;
     }

@@ -52,7 +52,9 @@ bool RetryWhileBusy(Attempt attempt, Busy busy) {
   }
 }
 
-DWORD Attributes(const std::wstring& path) { return ::GetFileAttributesW(path.c_str()); }
+DWORD Attributes(const std::wstring& path) {
+  return ::GetFileAttributesW(path.c_str());
+}
 
 bool WriteFully(HANDLE file, std::string_view bytes) {
   std::size_t done = 0;
@@ -93,8 +95,8 @@ FileHandle CreateTemporary(const std::wstring& folder, std::wstring& name) {
 bool MoveInto(const std::wstring& temp, const std::wstring& target) {
   return RetryWhileBusy(
       [&] {
-        return ::MoveFileExW(temp.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
-               0;
+        return ::MoveFileExW(temp.c_str(), target.c_str(),
+                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
       },
       IsBusy);
 }
@@ -112,8 +114,9 @@ std::wstring OnDiskSpelling(const std::wstring& path) {
 
 // Nobody holds the file open in a way that stops it being replaced.
 bool FreeToReplace(const std::wstring& path) {
-  const FileHandle probe(::CreateFileW(path.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const FileHandle probe(::CreateFileW(path.c_str(), DELETE,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   return probe.Valid();
 }
 
@@ -137,8 +140,8 @@ bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targe
           gone = ::GetLastError() == ERROR_FILE_NOT_FOUND;
           return gone;
         }
-        replaced = ::ReplaceFileW(target.c_str(), temp.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
-                                  nullptr) != 0;
+        replaced = ::ReplaceFileW(target.c_str(), temp.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                                  nullptr, nullptr) != 0;
         // Without a backup name, a replacement that could not be renamed
         // may leave the target deleted: the move below puts the new
         // content in its place.
@@ -157,7 +160,8 @@ bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targe
 // A process of this machine that is still running.
 bool ProcessRuns(unsigned long pid) {
   if (pid == ::GetCurrentProcessId()) return true;
-  const KernelHandle process(::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(pid)));
+  const KernelHandle process(
+      ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(pid)));
   if (!process) return ::GetLastError() == ERROR_ACCESS_DENIED;  // another user's
   DWORD code = 0;
   return ::GetExitCodeProcess(process.Get(), &code) && code == STILL_ACTIVE;
@@ -171,9 +175,9 @@ class Win32FileSystem final : public FileSystem {
     FileHandle file;
     RetryWhileBusy(
         [&] {
-          file.Reset(::CreateFileW(wide->c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                   nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN,
-                                   nullptr));
+          file.Reset(::CreateFileW(
+              wide->c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
           return file.Valid();
         },
         [](DWORD error) { return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION; });
@@ -186,7 +190,8 @@ class Win32FileSystem final : public FileSystem {
     std::size_t done = 0;
     while (done < bytes.size()) {
       DWORD got = 0;
-      if (!::ReadFile(file.Get(), bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &got, nullptr))
+      if (!::ReadFile(file.Get(), bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &got,
+                      nullptr))
         return std::nullopt;
       if (got == 0) break;  // the file shrank while it was read
       done += got;

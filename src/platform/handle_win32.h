@@ -5,8 +5,8 @@
 // CreateWaitableTimer answer null; the traits keep the two apart.
 #pragma once
 
-#include <windows.h>
 #include <uxtheme.h>
+#include <windows.h>
 
 #include "platform/unique_handle.h"
 

@@ -38,7 +38,8 @@ inline std::wstring Widen(std::string_view utf8) {
 inline std::optional<std::string> NarrowStrict(std::wstring_view wide) {
   if (wide.empty()) return std::string();
   const int size = static_cast<int>(wide.size());
-  const int n = ::WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, wide.data(), size, nullptr, 0, nullptr, nullptr);
+  const int n =
+      ::WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, wide.data(), size, nullptr, 0, nullptr, nullptr);
   if (n <= 0) return std::nullopt;
   std::string utf8(static_cast<std::size_t>(n), '\0');
   ::WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, wide.data(), size, utf8.data(), n, nullptr, nullptr);

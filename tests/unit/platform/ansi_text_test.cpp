@@ -16,7 +16,10 @@ TEST(AnsiText, LowerCasesWindows1252LettersNotOnlyAscii) {
   // Š Œ Ž Ÿ -> š œ ž ÿ
   EXPECT_EQ(LowerAnsi("\x8A\x8C\x8E\x9F"), "\x9A\x9C\x9E\xFF");
   // The multiplication sign, sharp s, digits and marks have no lower case.
-  EXPECT_EQ(LowerAnsi("\xD7\xDF" "09 .-"), "\xD7\xDF" "09 .-");
+  EXPECT_EQ(LowerAnsi("\xD7\xDF"
+                      "09 .-"),
+            "\xD7\xDF"
+            "09 .-");
 }
 
 TEST(AnsiText, ComparesWithoutRegardToCase) {
@@ -61,18 +64,18 @@ TEST(AnsiUtf8, ConvertsWorkedExamplesBothWays) {
 }
 
 TEST(AnsiUtf8, RefusesWhatWindows1252CannotHoldAndWhatIsNotUtf8) {
-  EXPECT_EQ(Utf8ToAnsi("\xD0\x96"), std::nullopt);              // Cyrillic Ж
-  EXPECT_EQ(Utf8ToAnsi("ok \xE6\xB8\xAC"), std::nullopt);       // CJK 測
-  EXPECT_EQ(Utf8ToAnsi("\xC4\x80"), std::nullopt);              // Ā: no best fit to A
-  EXPECT_EQ(Utf8ToAnsi("\xF0\x9F\x98\x80"), std::nullopt);      // an emoji, valid UTF-8
-  EXPECT_EQ(Utf8ToAnsi("\xE9"), std::nullopt);                  // Windows-1252, not UTF-8
-  EXPECT_EQ(Utf8ToAnsi("\xC3"), std::nullopt);                  // cut short
-  EXPECT_EQ(Utf8ToAnsi("\xA9"), std::nullopt);                  // a lone continuation byte
-  EXPECT_EQ(Utf8ToAnsi("\xC1\xA9"), std::nullopt);              // 0xC1 starts only overlong forms
-  EXPECT_EQ(Utf8ToAnsi("\xE0\x83\xA9"), std::nullopt);          // overlong é
-  EXPECT_EQ(Utf8ToAnsi("\xED\xA0\x80"), std::nullopt);          // a surrogate
-  EXPECT_EQ(Utf8ToAnsi("\xF4\x90\x80\x80"), std::nullopt);      // beyond U+10FFFF
-  EXPECT_EQ(Utf8ToAnsi("\xC3\xA9\xC3"), std::nullopt);          // good start, bad end
+  EXPECT_EQ(Utf8ToAnsi("\xD0\x96"), std::nullopt);          // Cyrillic Ж
+  EXPECT_EQ(Utf8ToAnsi("ok \xE6\xB8\xAC"), std::nullopt);   // CJK 測
+  EXPECT_EQ(Utf8ToAnsi("\xC4\x80"), std::nullopt);          // Ā: no best fit to A
+  EXPECT_EQ(Utf8ToAnsi("\xF0\x9F\x98\x80"), std::nullopt);  // an emoji, valid UTF-8
+  EXPECT_EQ(Utf8ToAnsi("\xE9"), std::nullopt);              // Windows-1252, not UTF-8
+  EXPECT_EQ(Utf8ToAnsi("\xC3"), std::nullopt);              // cut short
+  EXPECT_EQ(Utf8ToAnsi("\xA9"), std::nullopt);              // a lone continuation byte
+  EXPECT_EQ(Utf8ToAnsi("\xC1\xA9"), std::nullopt);          // 0xC1 starts only overlong forms
+  EXPECT_EQ(Utf8ToAnsi("\xE0\x83\xA9"), std::nullopt);      // overlong é
+  EXPECT_EQ(Utf8ToAnsi("\xED\xA0\x80"), std::nullopt);      // a surrogate
+  EXPECT_EQ(Utf8ToAnsi("\xF4\x90\x80\x80"), std::nullopt);  // beyond U+10FFFF
+  EXPECT_EQ(Utf8ToAnsi("\xC3\xA9\xC3"), std::nullopt);      // good start, bad end
 }
 
 TEST(AnsiUtf8, EveryByteSurvivesTheRoundTrip) {

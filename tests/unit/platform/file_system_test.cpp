@@ -11,8 +11,8 @@
 #include "../../support/temp_folder.h"
 
 #ifdef _WIN32
-#include <windows.h>
 #include <tlhelp32.h>
+#include <windows.h>
 #else
 #include <sys/stat.h>
 #include <unistd.h>
@@ -39,8 +39,10 @@ unsigned long AnotherRunningProcess() {
   PROCESSENTRY32W entry{};
   entry.dwSize = sizeof entry;
   unsigned long found = 0;
-  for (BOOL more = ::Process32FirstW(snapshot, &entry); more && !found; more = ::Process32NextW(snapshot, &entry))
-    if (entry.th32ProcessID != 0 && entry.th32ProcessID != ::GetCurrentProcessId()) found = entry.th32ProcessID;
+  for (BOOL more = ::Process32FirstW(snapshot, &entry); more && !found;
+       more = ::Process32NextW(snapshot, &entry))
+    if (entry.th32ProcessID != 0 && entry.th32ProcessID != ::GetCurrentProcessId())
+      found = entry.th32ProcessID;
   ::CloseHandle(snapshot);
   return found;
 #else
@@ -56,7 +58,8 @@ class FileSystemTest : public ::testing::Test {
   std::vector<std::string> Leftovers() {
     std::vector<std::string> names;
     for (auto& e : std::filesystem::recursive_directory_iterator(dir.Native("")))
-      if (TempFolder::Utf8(e.path().filename()).rfind("~qm", 0) == 0) names.push_back(TempFolder::Utf8(e.path()));
+      if (TempFolder::Utf8(e.path().filename()).rfind("~qm", 0) == 0)
+        names.push_back(TempFolder::Utf8(e.path()));
     return names;
   }
 };
@@ -156,14 +159,16 @@ TEST(TemporaryFileNames, AreTheProgramsOwnAndTellTheirProcess) {
   EXPECT_EQ(TemporaryFileName(4242, 7), "~qm4242-7.tmp");
   EXPECT_EQ(TemporaryFileOwner("~qm4242-7.tmp"), 4242u);
   EXPECT_EQ(TemporaryFileOwner("~QM12-1.TMP"), 12u);
-  for (const char* other : {"~qm.tmp", "~qm12.tmp", "~qm12-.tmp", "~qm-1.tmp", "~qm+1-2.tmp", "~qm1-2.tmp.bak",
-                            "~qm1-2x.tmp", "qm1-2.tmp", "~qm1-2.lst", "notes.tmp", "~qmA-1.tmp"})
+  for (const char* other :
+       {"~qm.tmp", "~qm12.tmp", "~qm12-.tmp", "~qm-1.tmp", "~qm+1-2.tmp", "~qm1-2.tmp.bak", "~qm1-2x.tmp",
+        "qm1-2.tmp", "~qm1-2.lst", "notes.tmp", "~qmA-1.tmp"})
     EXPECT_EQ(TemporaryFileOwner(other), std::nullopt) << other;
 }
 
 TEST_F(FileSystemTest, NamesLeftByAnEarlierRunDoNotStopAWrite) {
   // A run under this process's number that ended during its writes.
-  for (int n = 1; n <= 50; ++n) dir.Put("\\" + TemporaryFileName(ThisProcess(), n), "left " + std::to_string(n));
+  for (int n = 1; n <= 50; ++n)
+    dir.Put("\\" + TemporaryFileName(ThisProcess(), n), "left " + std::to_string(n));
   sfs::create_directory(dir.Native("\\" + TemporaryFileName(ThisProcess(), 51)));
   ASSERT_TRUE(fs.WriteAll(dir("\\_._"), "1Calm"));
   EXPECT_EQ(dir.Get("\\_._"), "1Calm");
@@ -180,8 +185,8 @@ TEST_F(FileSystemTest, RemovesItsOwnLeftoversAndNothingElse) {
   ASSERT_NE(other, 0u);
   const std::string ofARunningCopy = TemporaryFileName(other, 1);
   for (const std::string& name : {mine, ofAnEndedRun, ofARunningCopy}) dir.Put("\\Lists\\" + name, "x");
-  const std::vector<std::string> others = {"~qm.tmp", "~qm12.tmp", "~qm1-2.tmp.bak", "notes.tmp", "~qm1-2.lst",
-                                           "Calm.lst"};
+  const std::vector<std::string> others = {"~qm.tmp",   "~qm12.tmp",  "~qm1-2.tmp.bak",
+                                           "notes.tmp", "~qm1-2.lst", "Calm.lst"};
   for (const std::string& name : others) dir.Put("\\Lists\\" + name, "keep");
   sfs::create_directory(dir.Native("\\Lists\\" + TemporaryFileName(ThisProcess(), 4)));
   dir.Put("\\Lists\\Sub\\" + mine, "not this folder");
@@ -220,7 +225,9 @@ TEST_F(FileSystemTest, OccupiedSeesWhatExistsDoesNot) {
 }
 
 #ifdef _WIN32
-DWORD AttributesOf(const sfs::path& p) { return ::GetFileAttributesW(p.c_str()); }
+DWORD AttributesOf(const sfs::path& p) {
+  return ::GetFileAttributesW(p.c_str());
+}
 
 TEST_F(FileSystemTest, AHiddenOrSystemFileKeepsItsMarksWhenReplaced) {
   for (const DWORD marks : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM},
@@ -340,4 +347,3 @@ TEST_F(FileSystemTest, DifferentAccentedLettersAreDifferentNames) {
 
 }  // namespace
 }  // namespace qm
-

@@ -87,8 +87,8 @@ TEST_F(UniqueHandleTest, OwnsRealKernelHandlesOfEachKind) {
   EXPECT_FALSE(IsOpenHandle(raw));
 
   // The two answers for "no handle" are told apart.
-  const win32::FileHandle missing(::CreateFileW(L"C:\\no-such-folder-qm\\x", GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                                FILE_ATTRIBUTE_NORMAL, nullptr));
+  const win32::FileHandle missing(::CreateFileW(L"C:\\no-such-folder-qm\\x", GENERIC_READ, 0, nullptr,
+                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   EXPECT_EQ(missing.Get(), INVALID_HANDLE_VALUE);
   EXPECT_FALSE(missing);
   WIN32_FIND_DATAW data;
