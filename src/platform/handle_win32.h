@@ -5,8 +5,9 @@
 // CreateWaitableTimer answer null; the traits keep the two apart.
 #pragma once
 
-#include <uxtheme.h>
 #include <windows.h>
+// After windows.h:
+#include <uxtheme.h>
 
 #include "platform/unique_handle.h"
 

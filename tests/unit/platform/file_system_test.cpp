@@ -11,8 +11,9 @@
 #include "../../support/temp_folder.h"
 
 #ifdef _WIN32
-#include <tlhelp32.h>
 #include <windows.h>
+// After windows.h:
+#include <tlhelp32.h>
 #else
 #include <sys/stat.h>
 #include <unistd.h>
