@@ -268,12 +268,11 @@ void isButtonWindow::MoveFocus(FocusMove move) {
 
 void isButtonWindow::OpenTheme() {
   CloseTheme();
-  theme_ = ::OpenThemeData(Hwnd(), L"Button");
+  theme_.Reset(::OpenThemeData(Hwnd(), L"Button"));
 }
 
 void isButtonWindow::CloseTheme() {
-  if (theme_) ::CloseThemeData(theme_);
-  theme_ = nullptr;
+  theme_.Reset();
 }
 
 LRESULT isButtonWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
@@ -413,7 +412,7 @@ void isButtonWindow::PaintFace(HDC dc, const RECT& area, const ButtonLook& look)
     case 6:
       ::DrawThemeParentBackground(Hwnd(), dc, &beneath);
       if (theme_) {
-        ::DrawThemeBackground(theme_, dc, BP_PUSHBUTTON, static_cast<int>(look.themeState), &area, nullptr);
+        ::DrawThemeBackground(theme_.Get(), dc, BP_PUSHBUTTON, static_cast<int>(look.themeState), &area, nullptr);
       }
       break;
     case 10:
@@ -485,7 +484,7 @@ OleColor isButtonWindow::SystemColor(int index) const {
 }
 
 bool isButtonWindow::HasVisualStyles() const {
-  return theme_ != nullptr && ::IsThemeActive();
+  return theme_.Valid() && ::IsThemeActive();
 }
 
 FontSpec isButtonWindow::CurrentFont() const {
@@ -493,7 +492,7 @@ FontSpec isButtonWindow::CurrentFont() const {
 }
 
 void isButtonWindow::ApplyRegion(const ButtonRegion& region) {
-  Region made = MakeRegion(region, theme_, Hwnd());
+  Region made = MakeRegion(region, theme_.Get(), Hwnd());
   if (made && ::SetWindowRgn(Hwnd(), made.Get(), TRUE)) made.Release();  // the window owns it now
 }
 

@@ -26,6 +26,7 @@
 
 #include "controls/is_button.h"
 #include "platform/gdi_win32.h"
+#include "platform/handle_win32.h"
 #include "platform/window_win32.h"
 
 namespace qm::win32 {
@@ -121,7 +122,7 @@ class isButtonWindow final : public Window, private ButtonSurface {
   FontSpec fontSpec_;
   Font font_;
   HCURSOR cursor_ = nullptr;  // shared system cursor, or none
-  HTHEME theme_ = nullptr;
+  ThemeHandle theme_;
   HWND tooltip_ = nullptr;
 };
 

@@ -3,33 +3,46 @@
 #include <string>
 #include <string_view>
 
+#include "platform/wide_text_win32.h"
+
 namespace qm::win32 {
 
-std::string ProgramFolder() {
-  std::string path(MAX_PATH, '\0');
+std::wstring ProgramFilePath() {
+  std::wstring path(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD n = ::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (n == 0) return ".";
-    if (n < path.size()) {
+    const DWORD n = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (n == 0) return {};
+    // A full buffer means the path may have been cut short: try again with
+    // more room (long paths reach 32767 characters).
+    if (n < path.size() || path.size() > 65536) {
       path.resize(n);
-      break;
+      return path;
     }
-    path.resize(path.size() * 2);  // a long path: try again with more room
+    path.resize(path.size() * 2);
   }
-  const auto slash = path.find_last_of("\\/");
-  return slash == std::string::npos ? std::string(".") : path.substr(0, slash);
 }
 
-InstanceGuard::InstanceGuard(const char* name) {
-  mutex_ = ::CreateMutexA(nullptr, FALSE, name);
+std::string ProgramFolder() {
+  const std::wstring path = ProgramFilePath();
+  const auto slash = path.find_last_of(L"\\/");
+  if (slash == std::wstring::npos) return ".";
+  return NarrowStrict(std::wstring_view(path).substr(0, slash)).value_or(".");
+}
+
+std::string ExecutableName() {
+  std::wstring name = ProgramFilePath();
+  const auto slash = name.find_last_of(L"\\/");
+  if (slash != std::wstring::npos) name.erase(0, slash + 1);
+  const auto dot = name.rfind(L'.');
+  if (dot != std::wstring::npos && dot > 0) name.erase(dot);
+  return NarrowStrict(name).value_or("");
+}
+
+InstanceGuard::InstanceGuard(const char* name) : mutex_(::CreateMutexW(nullptr, FALSE, Widen(name).c_str())) {
+  const DWORD error = ::GetLastError();
   // Taken by another copy, or (access denied) by a copy of another user's
   // session that we may not open: either way one runs already.
-  prevInstance_ = (mutex_ != nullptr && ::GetLastError() == ERROR_ALREADY_EXISTS) ||
-                  (mutex_ == nullptr && ::GetLastError() == ERROR_ACCESS_DENIED);
-}
-
-InstanceGuard::~InstanceGuard() {
-  if (mutex_) ::CloseHandle(mutex_);
+  prevInstance_ = (mutex_ && error == ERROR_ALREADY_EXISTS) || (!mutex_ && error == ERROR_ACCESS_DENIED);
 }
 
 PromptAnswer MessageBoxPrompts::Show(std::string_view text, PromptIcon icon, PromptButtons buttons) {
@@ -41,10 +54,10 @@ PromptAnswer MessageBoxPrompts::Show(std::string_view text, PromptIcon icon, Pro
     case PromptIcon::Information: type |= MB_ICONINFORMATION; break;
   }
   type |= buttons == PromptButtons::YesNo ? MB_YESNO : MB_OK;
-  const std::string body(text);
-  const std::string title(kAppTitle);
+  const std::wstring body = Widen(text);
+  const std::wstring title = Widen(kAppTitle);
   ++open_;
-  const int answer = ::MessageBoxA(nullptr, body.c_str(), title.c_str(), type);
+  const int answer = ::MessageBoxW(nullptr, body.c_str(), title.c_str(), type);
   --open_;
   switch (answer) {
     case IDYES: return PromptAnswer::Yes;

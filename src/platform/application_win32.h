@@ -8,20 +8,28 @@
 #include <string>
 #include <string_view>
 
+#include "platform/handle_win32.h"
 #include "platform/prompts.h"
 
 namespace qm::win32 {
 
-// The folder that holds the running executable, without a closing "\"
-// (files are addressed as this folder followed by "\name").
+// The full path of the running executable, as the system spells it. The
+// only place that asks for it: everything else derives from this.
+std::wstring ProgramFilePath();
+
+// The folder that holds the running executable, in UTF-8, without a
+// closing "\" (files are addressed as this folder followed by "\name").
 std::string ProgramFolder();
+
+// The executable's file name without its extension, in UTF-8
+// ("quillmere"), as error sources begin with it.
+std::string ExecutableName();
 
 // Held for the life of the program: the first copy to create the named
 // object owns it; a later copy finds it taken (PrevInstance) and ends.
 class InstanceGuard {
  public:
   explicit InstanceGuard(const char* name);
-  ~InstanceGuard();
   InstanceGuard(const InstanceGuard&) = delete;
   InstanceGuard& operator=(const InstanceGuard&) = delete;
 
@@ -29,11 +37,11 @@ class InstanceGuard {
   bool PrevInstance() const { return prevInstance_; }
 
  private:
-  HANDLE mutex_ = nullptr;
+  KernelHandle mutex_;
   bool prevInstance_ = false;
 };
 
-// Message boxes titled "Quillmere". A tray program's settings window is
+// Message boxes titled "Quillmere", their texts in UTF-8. A tray program's settings window is
 // mostly hidden, so the boxes have no owner: each gets its own task bar
 // button and comes to the foreground.
 class MessageBoxPrompts final : public Prompts {

@@ -2,13 +2,26 @@
 // whole-file atomic writes, the existence of an ordinary file, the names of
 // one folder's files with one extension, copy, delete and folder creation.
 //
-// Paths are 8-bit strings in the system's ANSI code page, formed the Windows
-// way: the program folder followed by a relative part that begins with "\"
-// (ProgramPath). Names match without regard to case on every platform, as
-// they do on Windows: on a case-sensitive file system an existing file whose
-// name differs only in case is the same file.
+// Paths are UTF-8, so a program folder named in any script works; they are
+// formed the Windows way: the program folder followed by a relative part
+// that begins with "\" (ProgramPath). The Windows implementation converts
+// them to UTF-16 at its edge and uses only the wide calls; the POSIX one
+// passes the bytes on. A category name, which is Windows-1252 like every
+// list text, goes through AnsiToUtf8 (ansi_text.h) before it becomes part
+// of a path, and a listed file name through Utf8ToAnsi before it becomes a
+// list text. File contents are bytes, never converted.
+//
+// Names match without regard to case on every platform, as they do on
+// Windows: on a case-sensitive file system an existing file whose name
+// differs only in case is the same file.
+//
+// A file that another program holds open for a moment (a virus scanner, a
+// backup or indexing service, an editor saving) makes Windows refuse to
+// open, replace or delete it. Reads, writes and deletions try again every
+// kBusyPause, kBusyRetries times, before they report the failure.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,8 +38,11 @@ class FileSystem {
   virtual std::optional<std::string> ReadAll(const std::string& path) = 0;
 
   // Replaces the whole content atomically: the bytes go to a temporary file
-  // in the same folder, which is flushed and then moved over the target.
-  // On failure the target is left exactly as it was.
+  // in the same folder ("~qm<process id>-<n>.tmp", another n when a name is
+  // taken), which is flushed and then moved over the target. An existing
+  // target keeps its attributes (hidden, system; on POSIX its permission
+  // bits). A read-only target or a folder is refused. On failure the target
+  // is left exactly as it was and the temporary file removed.
   virtual bool WriteAll(const std::string& path, std::string_view bytes) = 0;
 
   // True for an ordinary file; folders, hidden and system files count as
@@ -35,6 +51,19 @@ class FileSystem {
   // True when anything at all is at the path: any file, hidden or not, or
   // a folder.
   virtual bool Occupied(const std::string& path) { return Exists(path); }
+
+  // True when anything at all is at the path: an ordinary, hidden or system
+  // file, or a folder. A new file is made only where nothing is, so that a
+  // hidden file is never replaced by an empty one. (Implementations that
+  // cannot see more than Exists does keep this default.)
+  virtual bool Occupied(const std::string& path) { return Exists(path); }
+
+  // Deletes the temporary files that writes of an earlier run of the
+  // program left in the folder (one that ended during a write), and nothing
+  // else: only names of the form above, not those of a copy that is still
+  // running. Call it while no write is under way. (Test doubles may keep
+  // this default, which does nothing.)
+  virtual void RemoveTemporaryFiles(const std::string& folder) { static_cast<void>(folder); }
 
   // The names (with their extension) of the ordinary files in the folder
   // whose extension is the given one, without regard to case; empty when
@@ -51,6 +80,18 @@ class FileSystem {
 // comes near it, and reading one whole must not exhaust the memory of a
 // 32-bit process.
 inline constexpr std::size_t kMaxReadBytes = 64u * 1024u * 1024u;
+
+// A busy file is tried again this many times, this long apart: about one
+// second in all before a failure is reported.
+inline constexpr int kBusyRetries = 20;
+inline constexpr std::chrono::milliseconds kBusyPause{50};
+// Temporary names tried by one write before it gives up.
+inline constexpr int kTemporaryNameTries = 100;
+
+// The name of a write's temporary file: "~qm<process id>-<n>.tmp".
+std::string TemporaryFileName(unsigned long processId, int n);
+// Whether a file name has that form (case ignored), and whose it is.
+std::optional<unsigned long> TemporaryFileOwner(std::string_view name);
 
 // The machine's own file system (POSIX natively, Win32 on Windows).
 FileSystem& SystemFileSystem();

@@ -1,12 +1,13 @@
 // The file system on POSIX machines (the native build of the core), made to
 // behave like Windows' where the program relies on it: "\" separates path
-// parts, and names match without regard to case.
+// parts, and names match without regard to case. Paths are UTF-8 and go to
+// the system as they are.
 #include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <string>
 
@@ -22,7 +23,51 @@ std::string ToPosix(std::string path) {
   return path;
 }
 
-bool LstatOk(const std::string& p, struct stat& st) { return ::lstat(p.c_str(), &st) == 0; }
+bool LstatOk(const std::string& p, struct stat& st) {
+  return ::lstat(p.c_str(), &st) == 0;
+}
+
+// The small letter of a capital, for the alphabets with case that names are
+// likely written in (Latin, Greek, Cyrillic, Armenian, full-width Latin);
+// other characters are their own. Windows folds with a larger table; these
+// are the letters a user would notice.
+char32_t LowerCodePoint(char32_t c) {
+  if ((c >= U'A' && c <= U'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7)) return c + 0x20;
+  if (c >= 0x100 && c <= 0x17F) {
+    if (c == 0x130 || c == 0x131 || c == 0x138 || c == 0x149 || c == 0x17F) return c;
+    if (c == 0x178) return 0xFF;
+    // Pairs of capital and small: even capitals, except between 0x139 and
+    // 0x148 and from 0x179 on, where the capitals are odd.
+    const bool oddCapitals = (c >= 0x139 && c <= 0x148) || c >= 0x179;
+    return (c % 2 == 1) == oddCapitals ? c + 1 : c;
+  }
+  if ((c >= 0x391 && c <= 0x3AB && c != 0x3A2) || (c >= 0x410 && c <= 0x42F)) return c + 0x20;
+  if (c == 0x386) return 0x3AC;
+  if (c >= 0x388 && c <= 0x38A) return c + 37;
+  if (c == 0x38C) return 0x3CC;
+  if (c == 0x38E || c == 0x38F) return c + 63;
+  if (c >= 0x400 && c <= 0x40F) return c + 0x50;
+  if ((c >= 0x460 && c <= 0x481) || (c >= 0x48A && c <= 0x4BF) || (c >= 0x4D0 && c <= 0x52F))
+    return c % 2 == 0 ? c + 1 : c;
+  if (c >= 0x531 && c <= 0x556) return c + 0x30;
+  if (c >= 0xFF21 && c <= 0xFF3A) return c + 0x20;
+  return c;
+}
+
+// Two names equal without regard to case. Bytes that are not UTF-8 match
+// only themselves (or, for ASCII letters, their other case).
+bool NamesMatch(std::string_view a, std::string_view b) {
+  std::size_t i = 0, j = 0;
+  while (i < a.size() && j < b.size()) {
+    auto x = NextUtf8CodePoint(a, i);
+    auto y = NextUtf8CodePoint(b, j);
+    // A stray byte stands for itself, beyond every code point.
+    if (!x) x = 0x110000 + static_cast<unsigned char>(a[i++]);
+    if (!y) y = 0x110000 + static_cast<unsigned char>(b[j++]);
+    if (LowerCodePoint(*x) != LowerCodePoint(*y)) return false;
+  }
+  return i == a.size() && j == b.size();
+}
 
 // The existing entry of `dir` whose name equals `name` without regard to
 // case, preferring the exact name; `name` itself when there is none.
@@ -33,7 +78,7 @@ std::string MatchInFolder(const std::string& dir, const std::string& name) {
   if (!d) return name;
   std::string found = name;
   while (dirent* e = ::readdir(d)) {
-    if (EqualsNoCase(e->d_name, name)) {
+    if (NamesMatch(e->d_name, name)) {
       found = e->d_name;
       break;
     }
@@ -97,7 +142,8 @@ class PosixFileSystem final : public FileSystem {
     const int fd = ::open(p.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return std::nullopt;
     struct stat st;
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || static_cast<std::size_t>(st.st_size) > kMaxReadBytes) {
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+        static_cast<std::size_t>(st.st_size) > kMaxReadBytes) {
       ::close(fd);
       return std::nullopt;
     }
@@ -121,28 +167,58 @@ class PosixFileSystem final : public FileSystem {
   bool WriteAll(const std::string& path, std::string_view bytes) override {
     const std::string target = Resolve(path);
     struct stat st;
-    if (::lstat(target.c_str(), &st) == 0) {
-      // Like Windows: a folder or a read-only file is not replaced.
-      if (!S_ISREG(st.st_mode) || (st.st_mode & 0222) == 0) return false;
+    const bool exists = ::lstat(target.c_str(), &st) == 0;
+    // Like Windows: a folder or a read-only file is not replaced.
+    if (exists && (!S_ISREG(st.st_mode) || (st.st_mode & 0222) == 0)) return false;
+    const std::string folder = FolderOf(target);
+    std::string temp;
+    int fd = -1;
+    // A name left by a run that ended during a write: take the next one.
+    for (int n = 1; fd < 0 && n <= kTemporaryNameTries; ++n) {
+      temp = folder + "/" + TemporaryFileName(static_cast<unsigned long>(::getpid()), n);
+      fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+      if (fd < 0 && errno != EEXIST) return false;
     }
-    static std::atomic<unsigned> counter{0};
-    const std::string temp =
-        FolderOf(target) + "/~qm" + std::to_string(::getpid()) + "-" + std::to_string(++counter) + ".tmp";
-    const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (fd < 0) return false;
-    bool ok = WriteFully(fd, bytes) && ::fsync(fd) == 0;
+    // The replaced file's permission bits stay as the user set them.
+    bool ok = !exists || ::fchmod(fd, st.st_mode & 07777) == 0;
+    ok = ok && WriteFully(fd, bytes) && ::fsync(fd) == 0;
     ok = (::close(fd) == 0) && ok;
     if (ok) ok = ::rename(temp.c_str(), target.c_str()) == 0;
     if (!ok) {
       ::unlink(temp.c_str());
       return false;
     }
-    const int dirfd = ::open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int dirfd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (dirfd >= 0) {
       ::fsync(dirfd);
       ::close(dirfd);
     }
     return true;
+  }
+
+  bool Occupied(const std::string& path) override {
+    struct stat st;
+    return LstatOk(Resolve(path), st);
+  }
+
+  void RemoveTemporaryFiles(const std::string& folder) override {
+    const std::string dir = Resolve(folder);
+    DIR* d = ::opendir(dir.c_str());
+    if (!d) return;
+    std::vector<std::string> leftovers;
+    while (dirent* e = ::readdir(d)) {
+      const auto owner = TemporaryFileOwner(e->d_name);
+      if (!owner || !IsRegular(dir + "/" + e->d_name)) continue;
+      // A copy that still runs may be writing it. (Another process under
+      // that number since is taken for the writer; its file stays.)
+      const bool plausible = *owner > 0 && *owner <= 0x7FFFFFFFul;
+      const auto pid = static_cast<pid_t>(*owner);
+      const bool otherRuns = plausible && pid != ::getpid() && (::kill(pid, 0) == 0 || errno == EPERM);
+      if (!otherRuns) leftovers.push_back(dir + "/" + e->d_name);
+    }
+    ::closedir(d);
+    for (const std::string& leftover : leftovers) ::unlink(leftover.c_str());
   }
 
   bool Exists(const std::string& path) override { return IsRegular(Resolve(path)); }

@@ -1,37 +1,29 @@
-// The file system on Windows, through the ANSI entry points: the program's
-// paths and names are bytes of the system's ANSI code page.
+// The file system on Windows. Paths arrive in UTF-8 and are converted to
+// UTF-16 here, once, for the wide calls; nothing goes through the ANSI code
+// page, so a program folder named in any script works. Contents are bytes.
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
+#include <thread>
 
 #include "platform/ansi_text.h"
 #include "platform/file_system.h"
+#include "platform/handle_win32.h"
+#include "platform/wide_text_win32.h"
 
 namespace qm {
 namespace {
 
-class Handle {
- public:
-  explicit Handle(HANDLE h) : h_(h) {}
-  ~Handle() { Close(); }
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  bool Valid() const { return h_ != INVALID_HANDLE_VALUE; }
-  HANDLE Get() const { return h_; }
-  bool Close() {
-    if (!Valid()) return true;
-    const bool ok = ::CloseHandle(h_) != 0;
-    h_ = INVALID_HANDLE_VALUE;
-    return ok;
-  }
+using win32::FileHandle;
+using win32::FindHandle;
+using win32::KernelHandle;
+using win32::NarrowStrict;
+using win32::WidenStrict;
 
- private:
-  HANDLE h_;
-};
-
-std::string FolderOf(const std::string& path) {
-  const auto sep = path.find_last_of("\\/");
-  return sep == std::string::npos ? std::string(".") : path.substr(0, sep);
+std::wstring FolderOf(const std::wstring& path) {
+  const auto sep = path.find_last_of(L"\\/");
+  return sep == std::wstring::npos ? std::wstring(L".") : path.substr(0, sep);
 }
 
 bool IsOrdinaryFile(DWORD attributes) {
@@ -39,12 +31,157 @@ bool IsOrdinaryFile(DWORD attributes) {
          (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) == 0;
 }
 
+// Another program has the file open for a moment, or it is being deleted
+// (a file whose deletion is pending answers "access denied").
+bool IsBusy(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+// Runs attempt until it succeeds or fails for another reason than a busy
+// file, pausing kBusyPause between tries; the last error stays set.
+template <typename Attempt, typename Busy>
+bool RetryWhileBusy(Attempt attempt, Busy busy) {
+  for (int tries = 0;; ++tries) {
+    if (attempt()) return true;
+    const DWORD error = ::GetLastError();
+    if (tries >= kBusyRetries || !busy(error)) {
+      ::SetLastError(error);
+      return false;
+    }
+    std::this_thread::sleep_for(kBusyPause);
+  }
+}
+
+DWORD Attributes(const std::wstring& path) {
+  return ::GetFileAttributesW(path.c_str());
+}
+
+bool WriteFully(HANDLE file, std::string_view bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    // Pieces below 4 GiB; one WriteFile counts in a DWORD.
+    const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, 1u << 30));
+    DWORD wrote = 0;
+    if (!::WriteFile(file, bytes.data() + done, piece, &wrote, nullptr) || wrote == 0) return false;
+    done += wrote;
+  }
+  return true;
+}
+
+// Makes a new temporary file in the folder, trying the next name while a
+// name is taken (a leftover of a run that ended during a write).
+FileHandle CreateTemporary(const std::wstring& folder, std::wstring& name) {
+  const unsigned long pid = ::GetCurrentProcessId();
+  for (int n = 1; n <= kTemporaryNameTries; ++n) {
+    name = folder + L"\\" + *WidenStrict(TemporaryFileName(pid, n));
+    FileHandle file;
+    const bool made = RetryWhileBusy(
+        [&] {
+          file.Reset(::CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                                   nullptr));
+          return file.Valid();
+        },
+        // A taken name that is being deleted: not worth waiting for.
+        [&](DWORD error) { return error != ERROR_ACCESS_DENIED && IsBusy(error); });
+    if (made) return file;
+    const DWORD error = ::GetLastError();
+    const bool taken = error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
+                       (error == ERROR_ACCESS_DENIED && Attributes(name) != INVALID_FILE_ATTRIBUTES);
+    if (!taken) return FileHandle();  // the folder refuses us: another name will not help
+  }
+  return FileHandle();
+}
+
+bool MoveInto(const std::wstring& temp, const std::wstring& target) {
+  return RetryWhileBusy(
+      [&] {
+        return ::MoveFileExW(temp.c_str(), target.c_str(),
+                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+      },
+      IsBusy);
+}
+
+// The path with its last part spelled as the file system spells it, so
+// that replacing "CALM.lst" keeps the name "Calm.lst".
+std::wstring OnDiskSpelling(const std::wstring& path) {
+  const auto sep = path.find_last_of(L"\\/");
+  if (path.find_first_of(L"*?", sep == std::wstring::npos ? 0 : sep) != std::wstring::npos) return path;
+  WIN32_FIND_DATAW data;
+  const FindHandle found(::FindFirstFileW(path.c_str(), &data));
+  if (!found) return path;
+  return sep == std::wstring::npos ? std::wstring(data.cFileName) : path.substr(0, sep + 1) + data.cFileName;
+}
+
+// Nobody holds the file open in a way that stops it being replaced.
+bool FreeToReplace(const std::wstring& path) {
+  const FileHandle probe(::CreateFileW(path.c_str(), DELETE,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return probe.Valid();
+}
+
+// Puts the temporary file in the target's place. ReplaceFile keeps the
+// target's attributes, its creation time and its security. The temporary
+// file is given the target's attributes beforehand as well: not every
+// implementation of ReplaceFile keeps them, and a fallback to a plain move
+// keeps them only so. A busy target is waited for before ReplaceFile is
+// asked (a failed ReplaceFile may leave a stray file of its own behind).
+bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targetAttributes) {
+  constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                          FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+  if (targetAttributes & kKept) ::SetFileAttributesW(temp.c_str(), targetAttributes & kKept);
+  const std::wstring target = OnDiskSpelling(path);
+  const auto busy = [](DWORD error) { return IsBusy(error) || error == ERROR_UNABLE_TO_REMOVE_REPLACED; };
+  bool replaced = false;
+  bool gone = false;
+  const bool done = RetryWhileBusy(
+      [&] {
+        if (!FreeToReplace(target)) {
+          gone = ::GetLastError() == ERROR_FILE_NOT_FOUND;
+          return gone;
+        }
+        replaced = ::ReplaceFileW(target.c_str(), temp.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                                  nullptr, nullptr) != 0;
+        // Without a backup name, a replacement that could not be renamed
+        // may leave the target deleted: the move below puts the new
+        // content in its place.
+        gone = !replaced && Attributes(target) == INVALID_FILE_ATTRIBUTES;
+        return replaced || gone;
+      },
+      busy);
+  if (replaced) return true;
+  if (!done && busy(::GetLastError())) return false;  // held for too long
+  // Gone, or refused for a reason a move does not have (a file system
+  // without the operation): the move replaces the target just as
+  // atomically, keeping the attributes given above.
+  return MoveInto(temp, target);
+}
+
+// A process of this machine that is still running.
+bool ProcessRuns(unsigned long pid) {
+  if (pid == ::GetCurrentProcessId()) return true;
+  const KernelHandle process(
+      ::OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(pid)));
+  if (!process) return ::GetLastError() == ERROR_ACCESS_DENIED;  // another user's
+  DWORD code = 0;
+  return ::GetExitCodeProcess(process.Get(), &code) && code == STILL_ACTIVE;
+}
+
 class Win32FileSystem final : public FileSystem {
  public:
   std::optional<std::string> ReadAll(const std::string& path) override {
-    Handle file(::CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!file.Valid()) return std::nullopt;
+    const auto wide = WidenStrict(path);
+    if (!wide) return std::nullopt;
+    FileHandle file;
+    RetryWhileBusy(
+        [&] {
+          file.Reset(::CreateFileW(
+              wide->c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+          return file.Valid();
+        },
+        [](DWORD error) { return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION; });
+    if (!file) return std::nullopt;
     LARGE_INTEGER size;
     if (!::GetFileSizeEx(file.Get(), &size) || size.QuadPart < 0 ||
         static_cast<unsigned long long>(size.QuadPart) > kMaxReadBytes)
@@ -53,7 +190,8 @@ class Win32FileSystem final : public FileSystem {
     std::size_t done = 0;
     while (done < bytes.size()) {
       DWORD got = 0;
-      if (!::ReadFile(file.Get(), bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &got, nullptr))
+      if (!::ReadFile(file.Get(), bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &got,
+                      nullptr))
         return std::nullopt;
       if (got == 0) break;  // the file shrank while it was read
       done += got;
@@ -63,54 +201,51 @@ class Win32FileSystem final : public FileSystem {
   }
 
   bool WriteAll(const std::string& path, std::string_view bytes) override {
-    // A read-only file or a folder is not replaced (the move below would
-    // refuse it on Windows; not every implementation of it does).
-    const DWORD old = ::GetFileAttributesA(path.c_str());
-    if (old != INVALID_FILE_ATTRIBUTES && (old & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))) return false;
-    static LONG counter = 0;
-    const std::string temp = FolderOf(path) + "\\~qm" + std::to_string(::GetCurrentProcessId()) + "-" +
-                             std::to_string(::InterlockedIncrement(&counter)) + ".tmp";
-    {
-      Handle file(::CreateFileA(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
-                                nullptr));
-      if (!file.Valid()) return false;
-      bool ok = true;
-      std::size_t done = 0;
-      while (ok && done < bytes.size()) {
-        DWORD wrote = 0;
-        ok = ::WriteFile(file.Get(), bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &wrote,
-                         nullptr) != 0 &&
-             wrote > 0;
-        done += wrote;
-      }
-      ok = ok && ::FlushFileBuffers(file.Get()) != 0;
-      ok = file.Close() && ok;
-      if (!ok) {
-        ::DeleteFileA(temp.c_str());
-        return false;
-      }
+    const auto target = WidenStrict(path);
+    if (!target) return false;
+    // A folder is not replaced, and neither is a file the user marked
+    // read-only (ReplaceFile would refuse it; not every move does).
+    const DWORD old = Attributes(*target);
+    const bool exists = old != INVALID_FILE_ATTRIBUTES;
+    if (exists && (old & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))) return false;
+
+    std::wstring temp;
+    FileHandle file = CreateTemporary(FolderOf(*target), temp);
+    if (!file) return false;
+    bool ok = WriteFully(file.Get(), bytes) && ::FlushFileBuffers(file.Get()) != 0;
+    ok = file.Close() && ok;
+    if (ok) ok = exists ? ReplaceWith(temp, *target, old) : MoveInto(temp, *target);
+    if (!ok) {
+      const DWORD error = ::GetLastError();
+      ::DeleteFileW(temp.c_str());
+      ::SetLastError(error);
     }
-    if (!::MoveFileExA(temp.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-      ::DeleteFileA(temp.c_str());
-      return false;
-    }
-    return true;
+    return ok;
   }
 
-  bool Exists(const std::string& path) override { return IsOrdinaryFile(::GetFileAttributesA(path.c_str())); }
+  bool Exists(const std::string& path) override {
+    const auto wide = WidenStrict(path);
+    return wide && IsOrdinaryFile(Attributes(*wide));
+  }
+
+  bool Occupied(const std::string& path) override {
+    const auto wide = WidenStrict(path);
+    if (!wide) return false;
+    if (Attributes(*wide) != INVALID_FILE_ATTRIBUTES) return true;
+    // Only a clear "not there" counts as free: a file the system will not
+    // describe (in use, no permission) is still something.
+    const DWORD error = ::GetLastError();
+    return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND && error != ERROR_INVALID_NAME &&
+           error != ERROR_BAD_PATHNAME && error != ERROR_DIRECTORY;
+  }
 
   std::vector<std::string> List(const std::string& folder, std::string_view extension) override {
     std::vector<std::string> names;
     const std::string suffix = "." + std::string(extension);
-    WIN32_FIND_DATAA data;
-    HANDLE find = ::FindFirstFileA((folder + "\\*" + suffix).c_str(), &data);
-    if (find == INVALID_HANDLE_VALUE) return names;
-    do {
+    ForEach(folder, "*" + suffix, [&](const WIN32_FIND_DATAW& data, const std::string& name) {
       // The pattern also matches longer extensions through 8.3 short names.
-      const std::string name = data.cFileName;
       if (IsOrdinaryFile(data.dwFileAttributes) && EndsWithNoCase(name, suffix)) names.push_back(name);
-    } while (::FindNextFileA(find, &data));
-    ::FindClose(find);
+    });
     return names;
   }
 
@@ -120,13 +255,46 @@ class Win32FileSystem final : public FileSystem {
   }
 
   bool Remove(const std::string& path) override {
-    return Exists(path) && ::DeleteFileA(path.c_str()) != 0;
+    const auto wide = WidenStrict(path);
+    return wide && Exists(path) && RetryWhileBusy([&] { return ::DeleteFileW(wide->c_str()) != 0; }, IsBusy);
   }
 
   bool MakeFolder(const std::string& path) override {
-    if (::CreateDirectoryA(path.c_str(), nullptr)) return true;
-    const DWORD a = ::GetFileAttributesA(path.c_str());
+    const auto wide = WidenStrict(path);
+    if (!wide) return false;
+    if (::CreateDirectoryW(wide->c_str(), nullptr)) return true;
+    const DWORD a = Attributes(*wide);
     return a != INVALID_FILE_ATTRIBUTES && (a & FILE_ATTRIBUTE_DIRECTORY);
+  }
+
+  void RemoveTemporaryFiles(const std::string& folder) override {
+    std::vector<std::wstring> leftovers;
+    ForEach(folder, "~qm*.tmp", [&](const WIN32_FIND_DATAW& data, const std::string& name) {
+      if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) return;
+      const auto owner = TemporaryFileOwner(name);
+      if (owner && (*owner == ::GetCurrentProcessId() || !ProcessRuns(*owner)))
+        leftovers.push_back(*WidenStrict(folder + "\\" + name));
+    });
+    for (const std::wstring& leftover : leftovers) {
+      // One of ours may have been marked read-only since; it is ours still.
+      ::SetFileAttributesW(leftover.c_str(), FILE_ATTRIBUTE_NORMAL);
+      ::DeleteFileW(leftover.c_str());
+    }
+  }
+
+ private:
+  // Calls visit with every entry of the folder matching the pattern whose
+  // name UTF-8 can spell.
+  template <typename Visit>
+  static void ForEach(const std::string& folder, const std::string& pattern, Visit visit) {
+    const auto wide = WidenStrict(folder + "\\" + pattern);
+    if (!wide) return;
+    WIN32_FIND_DATAW data;
+    const FindHandle find(::FindFirstFileW(wide->c_str(), &data));
+    if (!find) return;
+    do {
+      if (const auto name = NarrowStrict(data.cFileName)) visit(data, *name);
+    } while (::FindNextFileW(find.Get(), &data));
   }
 };
 

@@ -1,6 +1,8 @@
 // Owners of GDI and USER handles: one small move-only type per kind, copy
 // deleted, so no path leaks or double-frees a pen, brush, font, bitmap,
 // region, icon, menu or device context. Non-owning uses take the raw handle.
+// Kernel handles (files, mutexes, timers, find handles) and visual-style
+// themes have their owners in handle_win32.h.
 #pragma once
 
 #include <windows.h>

@@ -95,19 +95,18 @@ void WindowTimer::OnWmTimer() {
 
 PreciseTimer::PreciseTimer(MessageLoop& loop, milliseconds interval)
     : SystemTimer(interval), loop_(loop), backup_([this] { OnDue(true); }) {
-  waitable_ = ::CreateWaitableTimerExW(nullptr, nullptr, kHighResolutionFlag, TIMER_ALL_ACCESS);
-  highResolution_ = waitable_ != nullptr;
-  if (!waitable_) waitable_ = ::CreateWaitableTimerExW(nullptr, nullptr, 0, TIMER_ALL_ACCESS);
+  waitable_.Reset(::CreateWaitableTimerExW(nullptr, nullptr, kHighResolutionFlag, TIMER_ALL_ACCESS));
+  highResolution_ = waitable_.Valid();
+  if (!waitable_) waitable_.Reset(::CreateWaitableTimerExW(nullptr, nullptr, 0, TIMER_ALL_ACCESS));
   // Without a waitable timer the backup alone ticks, at SetTimer's pace.
-  if (waitable_) loop_.Watch(waitable_, [this] { OnDue(false); });
+  if (waitable_) loop_.Watch(waitable_.Get(), [this] { OnDue(false); });
 }
 
 PreciseTimer::~PreciseTimer() {
   PreciseTimer::StopPeriods();
-  if (waitable_) {
-    loop_.Unwatch(waitable_);
-    ::CloseHandle(waitable_);
-  }
+  // The loop lets go of the handle before it is closed.
+  if (waitable_) loop_.Unwatch(waitable_.Get());
+  waitable_.Reset();
 }
 
 void PreciseTimer::StartPeriod() {
@@ -119,7 +118,7 @@ void PreciseTimer::StartPeriod() {
   if (waitable_) {
     LARGE_INTEGER dueTime;
     dueTime.QuadPart = -static_cast<LONGLONG>(interval.count()) * 10000;  // relative, in 100 ns
-    ::SetWaitableTimer(waitable_, &dueTime, 0, nullptr, nullptr, FALSE);
+    ::SetWaitableTimer(waitable_.Get(), &dueTime, 0, nullptr, nullptr, FALSE);
   }
   backup_.Start(interval);
   armed_ = true;
@@ -129,10 +128,10 @@ void PreciseTimer::Cancel() {
   armed_ = false;
   backup_.Stop();
   if (waitable_) {
-    ::CancelWaitableTimer(waitable_);
+    ::CancelWaitableTimer(waitable_.Get());
     // A signal of the cancelled period must not tick the next one: a
     // synchronization timer is reset by a wait that finds it signalled.
-    ::WaitForSingleObject(waitable_, 0);
+    ::WaitForSingleObject(waitable_.Get(), 0);
   }
 }
 

@@ -20,6 +20,7 @@
 #include <chrono>
 #include <functional>
 
+#include "platform/handle_win32.h"
 #include "platform/message_loop_win32.h"
 #include "platform/timer.h"
 #include "platform/window_win32.h"
@@ -101,7 +102,7 @@ class PreciseTimer final : public SystemTimer {
   void OnDue(bool fromBackup);
 
   MessageLoop& loop_;
-  HANDLE waitable_ = nullptr;
+  KernelHandle waitable_;
   bool highResolution_ = false;
   bool resolutionRaised_ = false;
   TimerWindow backup_;

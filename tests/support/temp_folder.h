@@ -1,6 +1,7 @@
 // A fresh, empty folder for one test, removed with everything in it at the
 // end. Its path is the kind of program folder the core works on: no trailing
-// separator, relative parts appended with "\".
+// separator, relative parts appended with "\". Paths are UTF-8, as the core
+// takes them, on every platform.
 #pragma once
 
 #include <atomic>
@@ -35,7 +36,7 @@ class TempFolder {
   TempFolder& operator=(const TempFolder&) = delete;
 
   // The folder as the core addresses it.
-  std::string Path() const { return path_.string(); }
+  std::string Path() const { return Utf8(path_); }
   // The folder's path followed by a relative part beginning with "\".
   std::string operator()(std::string_view relative) const { return ProgramPath(Path(), relative); }
 
@@ -45,7 +46,13 @@ class TempFolder {
     for (char& c : r)
       if (c == '\\') c = '/';
     while (!r.empty() && r.front() == '/') r.erase(r.begin());
-    return path_ / r;
+    return path_ / std::filesystem::path(std::u8string(r.begin(), r.end()));
+  }
+  // A path's UTF-8 spelling (std::filesystem's own narrow one is the ANSI
+  // code page on some systems).
+  static std::string Utf8(const std::filesystem::path& p) {
+    const std::u8string s = p.u8string();
+    return std::string(s.begin(), s.end());
   }
   void Put(std::string_view relative, std::string_view bytes) const {
     const auto p = Native(relative);

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace qm {
 namespace {
 
@@ -12,7 +16,10 @@ TEST(AnsiText, LowerCasesWindows1252LettersNotOnlyAscii) {
   // Š Œ Ž Ÿ -> š œ ž ÿ
   EXPECT_EQ(LowerAnsi("\x8A\x8C\x8E\x9F"), "\x9A\x9C\x9E\xFF");
   // The multiplication sign, sharp s, digits and marks have no lower case.
-  EXPECT_EQ(LowerAnsi("\xD7\xDF" "09 .-"), "\xD7\xDF" "09 .-");
+  EXPECT_EQ(LowerAnsi("\xD7\xDF"
+                      "09 .-"),
+            "\xD7\xDF"
+            "09 .-");
 }
 
 TEST(AnsiText, ComparesWithoutRegardToCase) {
@@ -34,6 +41,70 @@ TEST(AnsiText, TrimsSpacesOnly) {
   EXPECT_TRUE(EndsWithNoCase("Calm.LST", ".lst"));
   EXPECT_FALSE(EndsWithNoCase("lst", ".lst"));
 }
+
+TEST(AnsiUtf8, ConvertsWorkedExamplesBothWays) {
+  struct Example {
+    std::string_view ansi, utf8;
+  } const examples[] = {
+      {"Calm", "Calm"},
+      {"\xE9", "\xC3\xA9"},              // é U+00E9
+      {"\x80", "\xE2\x82\xAC"},          // € U+20AC
+      {"\x8E", "\xC5\xBD"},              // Ž U+017D
+      {"\x9F", "\xC5\xB8"},              // Ÿ U+0178
+      {"\x85", "\xE2\x80\xA6"},          // … U+2026
+      {"\x81\x9D", "\xC2\x81\xC2\x9D"},  // undefined bytes: their own code points
+      {"\xFF", "\xC3\xBF"},              // ÿ U+00FF
+      {std::string_view("a\0b", 3), std::string_view("a\0b", 3)},
+      {"", ""},
+  };
+  for (const Example& e : examples) {
+    EXPECT_EQ(AnsiToUtf8(e.ansi), e.utf8);
+    EXPECT_EQ(Utf8ToAnsi(e.utf8), std::string(e.ansi));
+  }
+}
+
+TEST(AnsiUtf8, RefusesWhatWindows1252CannotHoldAndWhatIsNotUtf8) {
+  EXPECT_EQ(Utf8ToAnsi("\xD0\x96"), std::nullopt);          // Cyrillic Ж
+  EXPECT_EQ(Utf8ToAnsi("ok \xE6\xB8\xAC"), std::nullopt);   // CJK 測
+  EXPECT_EQ(Utf8ToAnsi("\xC4\x80"), std::nullopt);          // Ā: no best fit to A
+  EXPECT_EQ(Utf8ToAnsi("\xF0\x9F\x98\x80"), std::nullopt);  // an emoji, valid UTF-8
+  EXPECT_EQ(Utf8ToAnsi("\xE9"), std::nullopt);              // Windows-1252, not UTF-8
+  EXPECT_EQ(Utf8ToAnsi("\xC3"), std::nullopt);              // cut short
+  EXPECT_EQ(Utf8ToAnsi("\xA9"), std::nullopt);              // a lone continuation byte
+  EXPECT_EQ(Utf8ToAnsi("\xC1\xA9"), std::nullopt);          // 0xC1 starts only overlong forms
+  EXPECT_EQ(Utf8ToAnsi("\xE0\x83\xA9"), std::nullopt);      // overlong é
+  EXPECT_EQ(Utf8ToAnsi("\xED\xA0\x80"), std::nullopt);      // a surrogate
+  EXPECT_EQ(Utf8ToAnsi("\xF4\x90\x80\x80"), std::nullopt);  // beyond U+10FFFF
+  EXPECT_EQ(Utf8ToAnsi("\xC3\xA9\xC3"), std::nullopt);      // good start, bad end
+}
+
+TEST(AnsiUtf8, EveryByteSurvivesTheRoundTrip) {
+  std::string all;
+  for (int i = 0; i < 256; ++i) all += static_cast<char>(i);
+  const std::string utf8 = AnsiToUtf8(all);
+  EXPECT_EQ(Utf8ToAnsi(utf8), all);
+  // One character per byte, each decoding on its own.
+  std::size_t pos = 0;
+  int characters = 0;
+  while (NextUtf8CodePoint(utf8, pos)) ++characters;
+  EXPECT_EQ(pos, utf8.size());
+  EXPECT_EQ(characters, 256);
+}
+
+#ifdef _WIN32
+// The system's own conversion of code page 1252 is the oracle for every
+// byte.
+TEST(AnsiUtf8, AgreesWithTheSystemsCodePage1252) {
+  for (int i = 0; i < 256; ++i) {
+    const char byte = static_cast<char>(i);
+    wchar_t wide[2] = {};
+    ASSERT_EQ(::MultiByteToWideChar(1252, 0, &byte, 1, wide, 2), 1) << i;
+    char utf8[8] = {};
+    const int n = ::WideCharToMultiByte(CP_UTF8, 0, wide, 1, utf8, sizeof utf8, nullptr, nullptr);
+    EXPECT_EQ(AnsiToUtf8(std::string(1, byte)), std::string(utf8, n)) << "byte " << i;
+  }
+}
+#endif
 
 }  // namespace
 }  // namespace qm

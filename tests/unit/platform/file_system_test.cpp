@@ -3,14 +3,53 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <future>
+#include <thread>
 
 #include "../../support/temp_folder.h"
+
+#ifdef _WIN32
+#include <windows.h>
+// After windows.h:
+#include <tlhelp32.h>
+#else
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace qm {
 namespace {
 
 using test::TempFolder;
+namespace sfs = std::filesystem;
+
+unsigned long ThisProcess() {
+#ifdef _WIN32
+  return ::GetCurrentProcessId();
+#else
+  return static_cast<unsigned long>(::getpid());
+#endif
+}
+
+// Another process that runs while the test does.
+unsigned long AnotherRunningProcess() {
+#ifdef _WIN32
+  const HANDLE snapshot = ::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof entry;
+  unsigned long found = 0;
+  for (BOOL more = ::Process32FirstW(snapshot, &entry); more && !found;
+       more = ::Process32NextW(snapshot, &entry))
+    if (entry.th32ProcessID != 0 && entry.th32ProcessID != ::GetCurrentProcessId())
+      found = entry.th32ProcessID;
+  ::CloseHandle(snapshot);
+  return found;
+#else
+  return static_cast<unsigned long>(::getppid());
+#endif
+}
 
 class FileSystemTest : public ::testing::Test {
  protected:
@@ -20,7 +59,8 @@ class FileSystemTest : public ::testing::Test {
   std::vector<std::string> Leftovers() {
     std::vector<std::string> names;
     for (auto& e : std::filesystem::recursive_directory_iterator(dir.Native("")))
-      if (e.path().filename().string().rfind("~qm", 0) == 0) names.push_back(e.path().string());
+      if (TempFolder::Utf8(e.path().filename()).rfind("~qm", 0) == 0)
+        names.push_back(TempFolder::Utf8(e.path()));
     return names;
   }
 };
@@ -114,6 +154,196 @@ TEST_F(FileSystemTest, CopiesRemovesAndMakesFolders) {
   EXPECT_TRUE(fs.MakeFolder(dir("\\Lists")));
   EXPECT_TRUE(std::filesystem::is_directory(dir.Native("\\Lists")));
   EXPECT_FALSE(fs.MakeFolder(dir("\\No\\Parents")));
+}
+
+TEST(TemporaryFileNames, AreTheProgramsOwnAndTellTheirProcess) {
+  EXPECT_EQ(TemporaryFileName(4242, 7), "~qm4242-7.tmp");
+  EXPECT_EQ(TemporaryFileOwner("~qm4242-7.tmp"), 4242u);
+  EXPECT_EQ(TemporaryFileOwner("~QM12-1.TMP"), 12u);
+  for (const char* other :
+       {"~qm.tmp", "~qm12.tmp", "~qm12-.tmp", "~qm-1.tmp", "~qm+1-2.tmp", "~qm1-2.tmp.bak", "~qm1-2x.tmp",
+        "qm1-2.tmp", "~qm1-2.lst", "notes.tmp", "~qmA-1.tmp"})
+    EXPECT_EQ(TemporaryFileOwner(other), std::nullopt) << other;
+}
+
+TEST_F(FileSystemTest, NamesLeftByAnEarlierRunDoNotStopAWrite) {
+  // A run under this process's number that ended during its writes.
+  for (int n = 1; n <= 50; ++n)
+    dir.Put("\\" + TemporaryFileName(ThisProcess(), n), "left " + std::to_string(n));
+  sfs::create_directory(dir.Native("\\" + TemporaryFileName(ThisProcess(), 51)));
+  ASSERT_TRUE(fs.WriteAll(dir("\\_._"), "1Calm"));
+  EXPECT_EQ(dir.Get("\\_._"), "1Calm");
+  ASSERT_TRUE(fs.WriteAll(dir("\\_._"), "0Calm"));
+  EXPECT_EQ(dir.Get("\\_._"), "0Calm");
+  EXPECT_EQ(dir.Get("\\" + TemporaryFileName(ThisProcess(), 50)), "left 50");
+  EXPECT_EQ(Leftovers().size(), 51u);  // untouched, and no new one
+}
+
+TEST_F(FileSystemTest, RemovesItsOwnLeftoversAndNothingElse) {
+  const std::string mine = TemporaryFileName(ThisProcess(), 3);
+  const std::string ofAnEndedRun = TemporaryFileName(0x7FFFFFF0ul, 1);
+  const unsigned long other = AnotherRunningProcess();
+  ASSERT_NE(other, 0u);
+  const std::string ofARunningCopy = TemporaryFileName(other, 1);
+  for (const std::string& name : {mine, ofAnEndedRun, ofARunningCopy}) dir.Put("\\Lists\\" + name, "x");
+  const std::vector<std::string> others = {"~qm.tmp",   "~qm12.tmp",  "~qm1-2.tmp.bak",
+                                           "notes.tmp", "~qm1-2.lst", "Calm.lst"};
+  for (const std::string& name : others) dir.Put("\\Lists\\" + name, "keep");
+  sfs::create_directory(dir.Native("\\Lists\\" + TemporaryFileName(ThisProcess(), 4)));
+  dir.Put("\\Lists\\Sub\\" + mine, "not this folder");
+  // A leftover marked read-only is still the program's own.
+  sfs::permissions(dir.Native("\\Lists\\" + mine), sfs::perms::owner_read);
+
+  fs.RemoveTemporaryFiles(dir("\\Lists"));
+  EXPECT_FALSE(dir.Has("\\Lists\\" + mine));
+  EXPECT_FALSE(dir.Has("\\Lists\\" + ofAnEndedRun));
+  EXPECT_TRUE(dir.Has("\\Lists\\" + ofARunningCopy));
+  for (const std::string& name : others) EXPECT_EQ(dir.Get("\\Lists\\" + name), "keep") << name;
+  EXPECT_TRUE(sfs::is_directory(dir.Native("\\Lists\\" + TemporaryFileName(ThisProcess(), 4))));
+  EXPECT_TRUE(dir.Has("\\Lists\\Sub\\" + mine));
+  fs.RemoveTemporaryFiles(dir("\\Missing"));  // nothing to do, and nothing fails
+}
+
+TEST_F(FileSystemTest, OccupiedSeesWhatExistsDoesNot) {
+  dir.Put("\\Lists\\Calm.lst", "1A");
+  sfs::create_directory(dir.Native("\\Lists\\Folder.lst"));
+  EXPECT_TRUE(fs.Exists(dir("\\Lists\\calm.LST")));
+  EXPECT_TRUE(fs.Occupied(dir("\\Lists\\calm.LST")));
+  EXPECT_FALSE(fs.Exists(dir("\\Lists\\folder.lst")));
+  EXPECT_TRUE(fs.Occupied(dir("\\Lists\\folder.lst")));
+  EXPECT_TRUE(fs.Occupied(dir("\\LISTS")));
+  EXPECT_FALSE(fs.Occupied(dir("\\Lists\\Sleep.lst")));
+  EXPECT_FALSE(fs.Occupied(dir("\\Missing\\Sleep.lst")));
+#ifdef _WIN32
+  for (const DWORD mark : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM}}) {
+    dir.Put("\\Lists\\Marked.lst", "1A");
+    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\Lists\\Marked.lst").c_str(), mark));
+    EXPECT_FALSE(fs.Exists(dir("\\Lists\\marked.lst"))) << mark;
+    EXPECT_TRUE(fs.Occupied(dir("\\Lists\\marked.lst"))) << mark;
+    ::SetFileAttributesW(dir.Native("\\Lists\\Marked.lst").c_str(), FILE_ATTRIBUTE_NORMAL);
+  }
+#endif
+}
+
+#ifdef _WIN32
+DWORD AttributesOf(const sfs::path& p) {
+  return ::GetFileAttributesW(p.c_str());
+}
+
+TEST_F(FileSystemTest, AHiddenOrSystemFileKeepsItsMarksWhenReplaced) {
+  for (const DWORD marks : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM},
+                            DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM}}) {
+    dir.Put("\\__.__", "old");
+    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\__.__").c_str(), marks));
+    ASSERT_TRUE(fs.WriteAll(dir("\\__.__"), "new")) << marks;
+    EXPECT_EQ(dir.Get("\\__.__"), "new");
+    EXPECT_EQ(AttributesOf(dir.Native("\\__.__")) & marks, marks) << marks;
+    ::SetFileAttributesW(dir.Native("\\__.__").c_str(), FILE_ATTRIBUTE_NORMAL);
+  }
+  // A new file is an ordinary one.
+  ASSERT_TRUE(fs.WriteAll(dir("\\new.lst"), "1A"));
+  EXPECT_EQ(AttributesOf(dir.Native("\\new.lst")) & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM), 0u);
+  EXPECT_TRUE(Leftovers().empty());
+}
+
+// Another program holds the file open, sharing nothing, for a while.
+class Holder {
+ public:
+  Holder(const sfs::path& p, std::chrono::milliseconds time) {
+    std::promise<void> opened;
+    auto isOpen = opened.get_future();
+    thread_ = std::thread([p, time, &opened] {
+      const HANDLE h =
+          ::CreateFileW(p.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+      opened.set_value();
+      std::this_thread::sleep_for(time);
+      if (h != INVALID_HANDLE_VALUE) ::CloseHandle(h);
+    });
+    isOpen.wait();
+  }
+  ~Holder() { thread_.join(); }
+  Holder(const Holder&) = delete;
+  Holder& operator=(const Holder&) = delete;
+
+ private:
+  std::thread thread_;
+};
+
+TEST_F(FileSystemTest, AFileHeldOpenForAMomentIsWrittenReadAndRemovedOnceReleased) {
+  using namespace std::chrono_literals;
+  dir.Put("\\_._", "old");
+  {
+    Holder holder(dir.Native("\\_._"), 300ms);
+    EXPECT_TRUE(fs.WriteAll(dir("\\_._"), "new"));
+  }
+  EXPECT_EQ(dir.Get("\\_._"), "new");
+  {
+    Holder holder(dir.Native("\\_._"), 300ms);
+    EXPECT_EQ(fs.ReadAll(dir("\\_._")), "new");
+  }
+  {
+    Holder holder(dir.Native("\\_._"), 300ms);
+    EXPECT_TRUE(fs.Remove(dir("\\_._")));
+  }
+  EXPECT_FALSE(dir.Has("\\_._"));
+  EXPECT_TRUE(Leftovers().empty());
+}
+
+TEST_F(FileSystemTest, AFileHeldOpenTooLongIsNotReplaced) {
+  using namespace std::chrono_literals;
+  dir.Put("\\_._", "old");
+  {
+    Holder holder(dir.Native("\\_._"), 3s);
+    EXPECT_FALSE(fs.WriteAll(dir("\\_._"), "new"));
+  }
+  EXPECT_EQ(dir.Get("\\_._"), "old");
+  // Nothing else is left in the folder either.
+  EXPECT_EQ(std::distance(sfs::directory_iterator(dir.Native("")), sfs::directory_iterator()), 1);
+}
+#else
+TEST_F(FileSystemTest, AReplacedFileKeepsItsPermissionBits) {
+  dir.Put("\\__.__", "old");
+  ASSERT_EQ(::chmod(dir.Native("\\__.__").c_str(), 0640), 0);
+  ASSERT_TRUE(fs.WriteAll(dir("\\__.__"), "new"));
+  EXPECT_EQ(dir.Get("\\__.__"), "new");
+  struct stat st;
+  ASSERT_EQ(::stat(dir.Native("\\__.__").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 07777, 0640u);
+}
+#endif
+
+TEST_F(FileSystemTest, FoldersAndFilesNamedInAnyScriptWork) {
+  const std::string folder = "\\Папка-測試";
+  const std::string file = "Ж-測.lst";
+  ASSERT_TRUE(fs.MakeFolder(dir(folder)));
+  EXPECT_TRUE(sfs::is_directory(dir.Native(folder)));
+  ASSERT_TRUE(fs.WriteAll(dir(folder + "\\" + file), "1\xC9t\xE9"));
+  // The bytes on disk under the name as spelled, found through the
+  // standard library's own conversion.
+  EXPECT_EQ(dir.Get(folder + "\\" + file), "1\xC9t\xE9");
+  EXPECT_EQ(fs.ReadAll(dir(folder + "\\" + file)), "1\xC9t\xE9");
+  EXPECT_TRUE(fs.Exists(dir(folder + "\\" + file)));
+  EXPECT_EQ(fs.List(dir(folder), "lst"), std::vector<std::string>{file});
+  // Cyrillic capitals and small letters spell one name.
+  EXPECT_TRUE(fs.Exists(dir("\\ПАПКА-測試\\ж-測.LST")));
+  ASSERT_TRUE(fs.Copy(dir(folder + "\\" + file), dir(folder + "\\ё.lst")));
+  EXPECT_EQ(dir.Get(folder + "\\ё.lst"), "1\xC9t\xE9");
+  EXPECT_TRUE(fs.Remove(dir(folder + "\\" + file)));
+  EXPECT_FALSE(dir.Has(folder + "\\" + file));
+  EXPECT_EQ(fs.List(dir(folder), "lst"), std::vector<std::string>{"ё.lst"});
+  EXPECT_TRUE(Leftovers().empty());
+}
+
+TEST_F(FileSystemTest, DifferentAccentedLettersAreDifferentNames) {
+  dir.Put("\\Ê.lst", "E circumflex");
+  EXPECT_FALSE(fs.Exists(dir("\\Ú.lst")));
+  EXPECT_TRUE(fs.Exists(dir("\\ê.LST")));
+  ASSERT_TRUE(fs.WriteAll(dir("\\Ú.lst"), "U acute"));
+  EXPECT_EQ(dir.Get("\\Ê.lst"), "E circumflex");
+  EXPECT_EQ(dir.Get("\\Ú.lst"), "U acute");
+  // Latin letters beyond Latin-1 fold as well: Š and š, Œ and œ.
+  dir.Put("\\ŠŒ.lst", "S O E");
+  EXPECT_EQ(fs.ReadAll(dir("\\šœ.lst")), "S O E");
 }
 
 }  // namespace

@@ -1,0 +1,94 @@
+#include "platform/application_win32.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+#include "../../support/temp_folder.h"
+
+namespace qm::win32 {
+namespace {
+
+namespace sfs = std::filesystem;
+
+sfs::path BuiltProbe() {
+  std::string path = QM_APPLICATION_PROBE_EXE;
+  if (!path.empty() && path.front() == '/') path = "Z:" + path;
+  return sfs::path(path);
+}
+
+// Runs the program and waits for it; its exit code, or -1 when it could
+// not be started.
+int RunAndWait(const sfs::path& exe) {
+  std::wstring commandLine = L"\"" + exe.wstring() + L"\"";
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION info{};
+  if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &info))
+    return -1;
+  const KernelHandle process(info.hProcess);
+  const KernelHandle thread(info.hThread);
+  ::WaitForSingleObject(process.Get(), 30000);
+  DWORD code = 0;
+  ::GetExitCodeProcess(process.Get(), &code);
+  return static_cast<int>(code);
+}
+
+TEST(Application, KnowsItsFolderAndNameInAnyScript) {
+  test::TempFolder dir;
+  const std::string folder = "\\Программа-程序";
+  sfs::create_directories(dir.Native(folder));
+  sfs::copy_file(BuiltProbe(), dir.Native(folder + "\\probe-Ж.exe"));
+  ASSERT_EQ(RunAndWait(dir.Native(folder + "\\probe-Ж.exe")), 0);
+  EXPECT_EQ(dir.Get(folder + "\\probe.txt"), dir(folder) + "\nprobe-Ж");
+}
+
+TEST(Application, TheFirstGuardOwnsTheNameUntilItEnds) {
+  const char* name = "Quillmere.Test.Instance.Ж";
+  {
+    InstanceGuard first(name);
+    EXPECT_FALSE(first.PrevInstance());
+    InstanceGuard second(name);
+    EXPECT_TRUE(second.PrevInstance());
+  }
+  // Both closed their handles: the name is free again.
+  InstanceGuard later(name);
+  EXPECT_FALSE(later.PrevInstance());
+}
+
+// Answers the message box that Show opens, remembering its title and text.
+BOOL CALLBACK TextOfChild(HWND child, LPARAM text) {
+  wchar_t buffer[256] = {};
+  if (::GetDlgCtrlID(child) == 0xFFFF && ::GetWindowTextW(child, buffer, 256) > 0)
+    *reinterpret_cast<std::wstring*>(text) = buffer;
+  return TRUE;
+}
+
+TEST(Application, MessageBoxesShowUtf8Texts) {
+  std::wstring seenText;
+  std::atomic<bool> answered{false};
+  std::thread answerer([&] {
+    for (int i = 0; i < 1000 && !answered; ++i) {
+      if (HWND box = ::FindWindowW(L"#32770", L"Quillmere")) {
+        ::EnumChildWindows(box, TextOfChild, reinterpret_cast<LPARAM>(&seenText));
+        ::PostMessageW(box, WM_COMMAND, IDYES, 0);
+        answered = true;
+        return;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+  });
+  MessageBoxPrompts prompts;
+  const PromptAnswer answer = prompts.Show("Удалить «Été»?", PromptIcon::Question, PromptButtons::YesNo);
+  answerer.join();
+  ASSERT_TRUE(answered);
+  EXPECT_EQ(answer, PromptAnswer::Yes);
+  EXPECT_EQ(seenText, L"\u0423\u0434\u0430\u043b\u0438\u0442\u044c \u00ab\u00c9t\u00e9\u00bb?");
+  EXPECT_FALSE(prompts.IsOpen());
+}
+
+}  // namespace
+}  // namespace qm::win32
