@@ -12,10 +12,11 @@ namespace {
 // Attempts at writing the category-state file before giving up.
 constexpr int kStateWriteAttempts = 101;
 
+// A message naming a category: the name is Windows-1252, the message UTF-8.
 std::string Quoted(std::string_view before, std::string_view name, std::string_view after) {
   std::string text(before);
   text += '"';
-  text += name;
+  text += AnsiToUtf8(name);
   text += '"';
   text += after;
   return text;
@@ -45,7 +46,7 @@ std::string ListsFolderPath(std::string_view programFolder) {
 std::string CategoryFilePath(std::string_view programFolder, std::string_view name) {
   std::string path = ListsFolderPath(programFolder);
   path += '\\';
-  path += name;
+  path += AnsiToUtf8(name);
   path += '.';
   path += kListsExtension;
   return path;
@@ -57,9 +58,13 @@ void FillComboWithFiles(CheckedList& list, FileSystem& files, std::string_view p
   path += '\\';
   path += folder;
   std::vector<CheckedList::Item> items;
-  for (std::string& name : files.List(path, extension)) {
-    name.resize(name.size() >= 4 ? name.size() - 4 : 0);
-    items.push_back({std::move(name), false});
+  for (const std::string& fileName : files.List(path, extension)) {
+    // A file name that Windows-1252 cannot spell names no category: its
+    // name could not be shown, stored in "\_._" or typed.
+    std::optional<std::string> name = Utf8ToAnsi(fileName);
+    if (!name) continue;
+    name->resize(name->size() >= 4 ? name->size() - 4 : 0);
+    items.push_back({std::move(*name), false});
   }
   // One sort for the whole folder rather than one insertion per file.
   list.Assign(std::move(items));

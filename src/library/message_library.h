@@ -40,7 +40,8 @@ std::string CategoryFilePath(std::string_view programFolder, std::string_view na
 
 // Empties the list and adds the name, less its last four characters, of
 // every file with the extension in the folder of the program folder. A
-// missing folder gives an empty list. The list sorts the names.
+// missing folder gives an empty list. The list sorts the names. A file
+// whose name Windows-1252 cannot spell is passed over.
 void FillComboWithFiles(CheckedList& list, FileSystem& files, std::string_view programFolder,
                         std::string_view folder, std::string_view extension);
 

@@ -48,10 +48,6 @@ class FileSystem {
   // True for an ordinary file; folders, hidden and system files count as
   // not found.
   virtual bool Exists(const std::string& path) = 0;
-  // True when anything at all is at the path: any file, hidden or not, or
-  // a folder.
-  virtual bool Occupied(const std::string& path) { return Exists(path); }
-
   // True when anything at all is at the path: an ordinary, hidden or system
   // file, or a folder. A new file is made only where nothing is, so that a
   // hidden file is never replaced by an empty one. (Implementations that

@@ -60,7 +60,11 @@ bool frmSettings::Form_Load(std::string_view commandLine) {
   // (The one-instance test ran before: WinMain ends a second copy at once.)
   if (!CreateTheWindow()) return false;
 
-  // From here on a failing step is passed over and set-up goes on.
+  // From here on a failing step is passed over and set-up goes on. The
+  // temporary files of writes that an earlier run did not finish go first
+  // (this is the only copy running).
+  files_.RemoveTemporaryFiles(programFolder_);
+  files_.RemoveTemporaryFiles(ListsFolderPath(programFolder_));
   PromotePendingData(files_, programFolder_);
 
   // The tray icon with the running icon and the start-up tip.

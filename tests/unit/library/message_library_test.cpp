@@ -25,6 +25,7 @@ class WatchedFileSystem final : public FileSystem {
   }
   bool Exists(const std::string& p) override { return real_.Exists(p); }
   bool Occupied(const std::string& p) override { return real_.Occupied(p); }
+  void RemoveTemporaryFiles(const std::string& f) override { real_.RemoveTemporaryFiles(f); }
   std::vector<std::string> List(const std::string& p, std::string_view e) override {
     return real_.List(p, e);
   }
@@ -111,6 +112,26 @@ TEST_F(MessageLibraryTest, StartUpListsMarksAndLoadsWritingNothing) {
   library.StartUp();
   EXPECT_EQ(categories.ListCount() + phrases.ListCount(), 0);
   EXPECT_EQ(categories.ListIndex(), -1);
+}
+
+TEST_F(MessageLibraryTest, CategoryNamesAreWindows1252AndTheirFilesAreNamedInUnicode) {
+  // On disk "\u00C9t\u00E9.lst" (UTF-8 here); a name no Windows-1252 text can
+  // spell names no category.
+  dir.Put("\\Lists\\\xC3\x89t\xC3\xA9.lst", "1Soleil");
+  dir.Put("\\Lists\\\xD0\x96.lst", "1Zhe");
+  dir.Put("\\_._", "1\xC9t\xE9");
+  library.StartUp();
+  EXPECT_EQ(Texts(categories), "+\xC9t\xE9 ");
+  EXPECT_EQ(Texts(phrases), "+Soleil ");
+  phrases.AddItem("Plage", true);
+  EXPECT_EQ(library.SavePhrases().status, SaveStatus::Written);
+  EXPECT_EQ(dir.Get("\\Lists\\\xC3\x89t\xC3\xA9.lst"), "1Plage\r\n1Soleil");
+  EXPECT_TRUE(library.CreateCategoryFile("\x8Cuvre"));
+  EXPECT_TRUE(dir.Has("\\Lists\\\xC5\x92uvre.lst"));
+  // A message naming the category shows it in Unicode.
+  fs.failingWrites = 1;
+  library.SavePhrases();
+  ExpectOneStopBoxNaming("\xC3\x89t\xC3\xA9");
 }
 
 TEST_F(MessageLibraryTest, SavesPhrasesSortedIntoTheCategorysOwnFile) {

@@ -19,6 +19,7 @@ class WatchedFiles final : public FileSystem {
     return !failing.contains("write") && real.WriteAll(p, bytes);
   }
   bool Exists(const std::string& p) override { return real.Exists(p); }
+  bool Occupied(const std::string& p) override { return real.Occupied(p); }
   std::vector<std::string> List(const std::string& f, std::string_view e) override { return real.List(f, e); }
   bool Copy(const std::string& from, const std::string& to) override {
     return Step("copy") && real.Copy(from, to);

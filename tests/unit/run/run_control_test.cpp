@@ -99,7 +99,7 @@ TEST_F(RunControlTest, GatheringALargeLibraryKeepsWhatOneByOneAddingGives) {
   // Phrases drawn from a small vocabulary, so that many repeat in other
   // cases (accented capitals included), over categories checked in an
   // order unlike their names', one of them with LF line ends.
-  std::minstd_rand random(7);
+  std::minstd_rand draw(7);
   const char* words[] = {"calm", "Sleep", "\xC9T\xC9", "\xE9t\xE9", "Rest", "REST", "now", "\x8Cuvre", "\x9Cuvre"};
   std::string state;
   PhraseList expected;
@@ -108,8 +108,8 @@ TEST_F(RunControlTest, GatheringALargeLibraryKeepsWhatOneByOneAddingGives) {
     state += (c % 4 == 3 ? "0" : "1") + name + "\r\n";
     std::string file;
     for (int p = 0; p < 300; ++p) {
-      std::string phrase = std::string(words[random() % 9]) + " " + words[random() % 9] + " " + words[random() % 9];
-      const bool checked = random() % 5 != 0;
+      std::string phrase = std::string(words[draw() % 9]) + " " + words[draw() % 9] + " " + words[draw() % 9];
+      const bool checked = draw() % 5 != 0;
       file += (checked ? "1" : "0") + phrase + (c == 5 ? "\n" : "\r\n");
       if (checked && c % 4 != 3) RunControl::AddToArray(expected, phrase);
     }
