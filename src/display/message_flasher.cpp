@@ -19,7 +19,8 @@ float Single(float value) {
 // A ratio the arithmetic can divide by: a missing or absurd one counts as
 // that of 96 dots per inch.
 float UsableTwipsPerPixel(float twipsPerPixel) {
-  return std::isfinite(twipsPerPixel) && twipsPerPixel > 0 ? twipsPerPixel : TwipsPerPixelAt(kDefaultDotsPerInch);
+  return std::isfinite(twipsPerPixel) && twipsPerPixel > 0 ? twipsPerPixel
+                                                           : TwipsPerPixelAt(kDefaultDotsPerInch);
 }
 
 // The upper bound of an edge in pixels: the screen's extent less the

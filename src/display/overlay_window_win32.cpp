@@ -31,7 +31,8 @@ constexpr UINT kAnswerTimeoutMs = 1000;
 
 }  // namespace
 
-OverlayWindow::OverlayWindow() : dpi_(ScreenLogicalDpi()), phraseQuery_(::RegisterWindowMessageW(kOverlayPhraseQuery)) {
+OverlayWindow::OverlayWindow()
+    : dpi_(ScreenLogicalDpi()), phraseQuery_(::RegisterWindowMessageW(kOverlayPhraseQuery)) {
   Create(OverlayArgs(ToPixelsX(kInitialSize)));
   Measure();
 }
@@ -91,7 +92,8 @@ void OverlayWindow::Measure() {
   // No letter is narrower than a pixel: more characters than the screen is
   // wide never fit, and are not even handed to the measuring call.
   const int screenWidth = std::max(1, ::GetSystemMetrics(SM_CXSCREEN));
-  const int candidates = static_cast<int>(std::min<std::size_t>(caption_.size(), static_cast<std::size_t>(screenWidth)));
+  const int candidates =
+      static_cast<int>(std::min<std::size_t>(caption_.size(), static_cast<std::size_t>(screenWidth)));
   shownLength_ = static_cast<std::size_t>(candidates);
   const WindowDC dc(Hwnd());
   if (!dc) return;
@@ -171,7 +173,8 @@ void OverlayWindow::Paint(HDC dc, const RECT& client) const {
   ::SetBkMode(dc, TRANSPARENT);
   ::SetTextColor(dc, TextColor());
   const RECT label = LabelRect();
-  ::ExtTextOutA(dc, label.left, label.top, 0, nullptr, caption_.data(), static_cast<UINT>(shownLength_), nullptr);
+  ::ExtTextOutA(dc, label.left, label.top, 0, nullptr, caption_.data(), static_cast<UINT>(shownLength_),
+                nullptr);
 }
 
 bool OverlayWindow::AnswerPhraseQuery(HWND asker) const {
@@ -183,12 +186,13 @@ bool OverlayWindow::AnswerPhraseQuery(HWND asker) const {
   DWORD_PTR result = 0;
   // Blocked meanwhile: no other message of the program runs inside this one.
   return ::SendMessageTimeoutA(asker, WM_COPYDATA, reinterpret_cast<WPARAM>(Hwnd()),
-                               reinterpret_cast<LPARAM>(&answer), SMTO_BLOCK | SMTO_ABORTIFHUNG, kAnswerTimeoutMs,
-                               &result) != 0;
+                               reinterpret_cast<LPARAM>(&answer), SMTO_BLOCK | SMTO_ABORTIFHUNG,
+                               kAnswerTimeoutMs, &result) != 0;
 }
 
 LRESULT OverlayWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
-  if (phraseQuery_ != 0 && msg == phraseQuery_) return AnswerPhraseQuery(reinterpret_cast<HWND>(wParam)) ? 1 : 0;
+  if (phraseQuery_ != 0 && msg == phraseQuery_)
+    return AnswerPhraseQuery(reinterpret_cast<HWND>(wParam)) ? 1 : 0;
   switch (msg) {
     case WM_ERASEBKGND:
       return 1;  // WM_PAINT covers every pixel

@@ -39,7 +39,8 @@ void ShowCriticalBox(std::string_view text, std::string_view title) {
 Dpi ScreenLogicalDpi() {
   const WindowDC screen(nullptr);
   if (!screen) return {};
-  return {UsableDpi(::GetDeviceCaps(screen.Get(), LOGPIXELSX)), UsableDpi(::GetDeviceCaps(screen.Get(), LOGPIXELSY))};
+  return {UsableDpi(::GetDeviceCaps(screen.Get(), LOGPIXELSX)),
+          UsableDpi(::GetDeviceCaps(screen.Get(), LOGPIXELSY))};
 }
 
 std::string GetApiErrorText(DWORD code) {

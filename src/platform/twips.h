@@ -24,7 +24,8 @@ constexpr int MulDivRound(int value, int numerator, int denominator) {
     product = -product;
     divisor = -divisor;
   }
-  const std::int64_t result = product >= 0 ? (product + divisor / 2) / divisor : (product - divisor / 2) / divisor;
+  const std::int64_t result =
+      product >= 0 ? (product + divisor / 2) / divisor : (product - divisor / 2) / divisor;
   if (result > INT32_MAX || result < -INT32_MAX) return -1;
   return static_cast<int>(result);
 }

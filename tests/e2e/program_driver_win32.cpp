@@ -65,8 +65,8 @@ ProgramFolder::ProgramFolder() {
   while (!path_.empty() && path_.back() == L'\\') path_.pop_back();
   path_ += L"\\";
   path_ += kProgramFolderStem;
-  path_ += L"-" + std::to_wstring(::GetTickCount64()) + L"-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
-           std::to_wstring(++counter);
+  path_ += L"-" + std::to_wstring(::GetTickCount64()) + L"-" + std::to_wstring(::GetCurrentProcessId()) +
+           L"-" + std::to_wstring(++counter);
   ::CreateDirectoryW(path_.c_str(), nullptr);
   ::CopyFileW(Widen(BuiltProgramPath()).c_str(), (*this)("\\quillmere.exe").c_str(), FALSE);
 }
@@ -84,7 +84,8 @@ void ProgramFolder::Put(std::string_view relative, std::string_view bytes) const
   // The folders on the way.
   for (std::size_t slash = path_.size() + 1; (slash = path.find(L'\\', slash)) != std::wstring::npos; ++slash)
     ::CreateDirectoryW(path.substr(0, slash).c_str(), nullptr);
-  HANDLE file = ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE file =
+      ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return;
   DWORD written = 0;
   ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
@@ -92,8 +93,8 @@ void ProgramFolder::Put(std::string_view relative, std::string_view bytes) const
 }
 
 std::string ProgramFolder::Get(std::string_view relative) const {
-  HANDLE file = ::CreateFileW((*this)(relative).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE file = ::CreateFileW((*this)(relative).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return {};
   std::string bytes;
   char buffer[4096];
@@ -118,8 +119,8 @@ RunningProgram::RunningProgram(const ProgramFolder& folder, const std::string& a
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION info{};
-  if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.Path().c_str(),
-                        &startup, &info))
+  if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        folder.Path().c_str(), &startup, &info))
     return;
   ::CloseHandle(info.hThread);
   process_ = info.hProcess;
@@ -143,7 +144,8 @@ bool RunningProgram::Running() const {
 
 std::optional<DWORD> RunningProgram::WaitForExit(std::chrono::milliseconds timeout) {
   if (!process_) return std::nullopt;
-  if (::WaitForSingleObject(process_, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0) return std::nullopt;
+  if (::WaitForSingleObject(process_, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0)
+    return std::nullopt;
   DWORD code = 0;
   ::GetExitCodeProcess(process_, &code);
   return code;
@@ -176,7 +178,9 @@ std::vector<HWND> RunningProgram::Windows(const char* className) const {
 }
 
 namespace {
-HWND FirstOrNull(const std::vector<HWND>& windows) { return windows.empty() ? nullptr : windows.front(); }
+HWND FirstOrNull(const std::vector<HWND>& windows) {
+  return windows.empty() ? nullptr : windows.front();
+}
 HWND FirstVisible(const std::vector<HWND>& windows) {
   for (HWND w : windows)
     if (::IsWindowVisible(w)) return w;
@@ -184,10 +188,18 @@ HWND FirstVisible(const std::vector<HWND>& windows) {
 }
 }  // namespace
 
-HWND RunningProgram::SettingsWindow() const { return FirstOrNull(Windows("QuillmereSettings")); }
-HWND RunningProgram::Overlay() const { return FirstOrNull(Windows("QuillmereOverlay")); }
-HWND RunningProgram::OpenMenu() const { return FirstVisible(Windows("#32768")); }
-HWND RunningProgram::MessageBox() const { return FirstVisible(Windows("#32770")); }
+HWND RunningProgram::SettingsWindow() const {
+  return FirstOrNull(Windows("QuillmereSettings"));
+}
+HWND RunningProgram::Overlay() const {
+  return FirstOrNull(Windows("QuillmereOverlay"));
+}
+HWND RunningProgram::OpenMenu() const {
+  return FirstVisible(Windows("#32768"));
+}
+HWND RunningProgram::MessageBox() const {
+  return FirstVisible(Windows("#32770"));
+}
 
 std::string RunningProgram::MessageBoxText(HWND box) {
   char text[512] = {};
@@ -222,15 +234,15 @@ std::optional<std::string> RunningProgram::OverlayPhrase() const {
     c.lpszClassName = L"QuillmereE2ePhraseAnswer";
     return ::RegisterClassW(&c);
   }();
-  HWND receiver = ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"", 0, 0, 0,
-                                    0, 0, HWND_MESSAGE, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+  HWND receiver = ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"", 0,
+                                    0, 0, 0, 0, HWND_MESSAGE, nullptr, ::GetModuleHandleW(nullptr), nullptr);
   if (!receiver) return std::nullopt;
   std::optional<std::string> answer;
   ::SetWindowLongPtrW(receiver, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&answer));
   DWORD_PTR result = 0;
-  const bool sent = ::SendMessageTimeoutW(overlay, ::RegisterWindowMessageW(qm::win32::kOverlayPhraseQuery),
-                                          reinterpret_cast<WPARAM>(receiver), 0, SMTO_ABORTIFHUNG, 2000,
-                                          &result) != 0;
+  const bool sent =
+      ::SendMessageTimeoutW(overlay, ::RegisterWindowMessageW(qm::win32::kOverlayPhraseQuery),
+                            reinterpret_cast<WPARAM>(receiver), 0, SMTO_ABORTIFHUNG, 2000, &result) != 0;
   ::DestroyWindow(receiver);
   if (!sent || result != 1) return std::nullopt;
   return answer;

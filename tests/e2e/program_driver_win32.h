@@ -28,7 +28,8 @@ bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds t
 // folder named in any script. It is made, filled, read and removed with
 // the wide-character calls only. Relative parts begin with "\" and are
 // ASCII.
-inline constexpr std::wstring_view kProgramFolderStem = L"quillmere-e2e-\u041f\u0440\u043e\u0432\u0435\u0440\u043a\u0430-\u6e2c\u8a66";
+inline constexpr std::wstring_view kProgramFolderStem =
+    L"quillmere-e2e-\u041f\u0440\u043e\u0432\u0435\u0440\u043a\u0430-\u6e2c\u8a66";
 
 class ProgramFolder {
  public:

@@ -37,7 +37,8 @@ bool OverlayShown(const RunningProgram& program) {
 bool PhraseOnScreen(const RunningProgram& program) {
   const HWND overlay = program.Overlay();
   RECT r{};
-  return overlay && ::IsWindowVisible(overlay) && ::GetWindowRect(overlay, &r) && CountScreenPixels(r, kRed) > 0;
+  return overlay && ::IsWindowVisible(overlay) && ::GetWindowRect(overlay, &r) &&
+         CountScreenPixels(r, kRed) > 0;
 }
 
 std::string WindowText(HWND hwnd) {

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <deque>
 #include <map>
-#include <tuple>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "../../support/fake_clock.h"

@@ -13,8 +13,8 @@ namespace qm {
 namespace {
 
 TEST(Rounding, HalvesGoToTheEvenNeighbourAndTheRestToTheNearest) {
-  const std::pair<double, int> cases[] = {{0.5, 0},   {1.5, 2},    {2.5, 2},   {3.5, 4},   {-0.5, 0},
-                                          {-1.5, -2}, {-2.5, -2},  {2.4999, 2}, {2.5001, 3}, {-2.5001, -3},
+  const std::pair<double, int> cases[] = {{0.5, 0},   {1.5, 2},       {2.5, 2},    {3.5, 4},    {-0.5, 0},
+                                          {-1.5, -2}, {-2.5, -2},     {2.4999, 2}, {2.5001, 3}, {-2.5001, -3},
                                           {7.0, 7},   {1022.5, 1022}, {767.5, 768}};
   for (auto [value, whole] : cases) EXPECT_EQ(RoundHalfEven(value), whole) << value;
   // Single precision values as the flasher hands them over.
@@ -43,10 +43,10 @@ TEST(Rounding, HalvesOfWholeNumbers) {
 TEST(Twips, ConvertAtTheLogicalInchRoundingHalvesAwayFromZero) {
   EXPECT_EQ(TwipsToPixels(1440, 96), 96);
   EXPECT_EQ(TwipsToPixels(15, 96), 1);
-  EXPECT_EQ(TwipsToPixels(7, 96), 0);    // 0.4667
-  EXPECT_EQ(TwipsToPixels(8, 96), 1);    // 0.5333
-  EXPECT_EQ(TwipsToPixels(30, 144), 3);  // exactly 3
-  EXPECT_EQ(TwipsToPixels(5, 144), 1);   // 0.5 goes up
+  EXPECT_EQ(TwipsToPixels(7, 96), 0);     // 0.4667
+  EXPECT_EQ(TwipsToPixels(8, 96), 1);     // 0.5333
+  EXPECT_EQ(TwipsToPixels(30, 144), 3);   // exactly 3
+  EXPECT_EQ(TwipsToPixels(5, 144), 1);    // 0.5 goes up
   EXPECT_EQ(TwipsToPixels(-5, 144), -1);  // and -0.5 down
   EXPECT_EQ(PixelsToTwips(125, 120), 1500);
   EXPECT_EQ(PixelsToTwips(1, 110), 13);  // 13.09
@@ -57,7 +57,8 @@ TEST(Twips, ConvertAtTheLogicalInchRoundingHalvesAwayFromZero) {
 
   // Every pixel turned into twips and back is the same pixel.
   for (int dpi : {72, 96, 110, 120, 144, 192}) {
-    for (int px = -2000; px <= 5000; px += 7) ASSERT_EQ(TwipsToPixels(PixelsToTwips(px, dpi), dpi), px) << dpi;
+    for (int px = -2000; px <= 5000; px += 7)
+      ASSERT_EQ(TwipsToPixels(PixelsToTwips(px, dpi), dpi), px) << dpi;
   }
 }
 
