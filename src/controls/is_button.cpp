@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/rounding.h"
+
 namespace qm {
 namespace {
 
@@ -22,7 +24,7 @@ constexpr int kSysHilight3d = 20;
 constexpr int kSysDarkShadow = 21;
 constexpr int kSysLight3d = 22;
 constexpr OleColor SysCode(int index) {
-  return 0x80000000u | static_cast<OleColor>(index);
+  return SystemColorCode(index);
 }
 constexpr OleColor kGrayText = 0x80000011;
 
@@ -101,12 +103,6 @@ unsigned CaptionFlags(int captionAlign, bool rightToLeft) {
   return rightToLeft ? flags | cf::kRtlReading : flags;
 }
 
-int RoundHalfEven(int twice) {
-  const int half = twice >= 0 ? twice / 2 : -((-twice + 1) / 2);  // floor
-  if (twice % 2 == 0) return half;
-  return half % 2 == 0 ? half : half + 1;  // x.5 goes to the even neighbour
-}
-
 // The measured caption keeps its size. Centred, it lies in the middle of
 // the button both ways. Left and right: centred from top to bottom, the
 // margin away from its side (and past an icon on that side). Top and
@@ -118,10 +114,10 @@ ButtonRect CaptionRect(int align, int w, int h, const ButtonRect& m, int margin,
   const int mh = m.Height();
   const int beside = hasIcon && iconAlign == align ? iconSize + margin : 0;
   ButtonRect r;
-  r.left = RoundHalfEven(w - mw);
-  r.right = RoundHalfEven(w + mw);
-  r.top = RoundHalfEven(h - mh);
-  r.bottom = RoundHalfEven(h + mh);
+  r.left = HalfRoundedHalfEven(w - mw);
+  r.right = HalfRoundedHalfEven(w + mw);
+  r.top = HalfRoundedHalfEven(h - mh);
+  r.bottom = HalfRoundedHalfEven(h + mh);
   switch (align) {
     case kAlignLeft:
       r.left = margin + beside;
@@ -424,7 +420,7 @@ void isButton::Raise(const std::function<void()>& event) const {
 }
 
 OleColor isButton::Resolve(OleColor color) const {
-  return IsSystemColor(color) ? surface_.SystemColor(static_cast<int>(color & 0xFF)) : color;
+  return IsSystemColor(color) ? surface_.SystemColor(SystemColorIndex(color)) : color;
 }
 
 // --- Input ----------------------------------------------------------------

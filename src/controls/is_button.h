@@ -106,8 +106,6 @@ unsigned CaptionFlags(int captionAlign, bool rightToLeft);
 ButtonRect CaptionRect(int captionAlign, int width, int height, const ButtonRect& measured, int margin,
                        int iconSize, bool hasIcon, int iconAlign);
 ButtonPoint IconPosition(int iconAlign, int width, int height, int iconSize, int margin, bool pressed);
-// Half-way values rounded to the nearest even whole number.
-int RoundHalfEven(int twiceValue);
 
 // One ring of a frame, `inset` pixels in from the edge, its top and left
 // sides in one colour and its bottom and right sides in another (RGB).

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "controls/tab_menu_res.h"
+#include "platform/screen_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -201,13 +202,9 @@ TabMenuWindow::~TabMenuWindow() {
 }
 
 bool TabMenuWindow::Create(HWND parent, int left, int top, int width, int id) {
-  {
-    WindowDC screen(nullptr);
-    if (screen) {
-      dpiX_ = std::max(1, ::GetDeviceCaps(screen.Get(), LOGPIXELSX));
-      dpiY_ = std::max(1, ::GetDeviceCaps(screen.Get(), LOGPIXELSY));
-    }
-  }
+  const Dpi dpi = ScreenLogicalDpi();
+  dpiX_ = dpi.x;
+  dpiY_ = dpi.y;
   pictures_ = TabPictures::Load();
   LOGFONTA lf{};
   lf.lfHeight = -::MulDiv(kCaptionHundredthsOfPoint, dpiY_, 7200);
@@ -263,8 +260,8 @@ HWND TabMenuWindow::MenuButtonHwnd(std::int16_t index) const {
 }
 
 RECT TabMenuWindow::ToPixels(const TwipRect& r) const {
-  return {::MulDiv(r.left, dpiX_, 1440), ::MulDiv(r.top, dpiY_, 1440),
-          ::MulDiv(r.left + r.width, dpiX_, 1440), ::MulDiv(r.top + r.height, dpiY_, 1440)};
+  return {TwipsToPixels(r.left, dpiX_), TwipsToPixels(r.top, dpiY_), TwipsToPixels(r.left + r.width, dpiX_),
+          TwipsToPixels(r.top + r.height, dpiY_)};
 }
 
 LRESULT TabMenuWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {

@@ -24,6 +24,7 @@
 
 #include "controls/tab_menu.h"
 #include "platform/gdi_win32.h"
+#include "platform/twips.h"
 #include "platform/window_win32.h"
 
 namespace qm::win32 {
@@ -63,8 +64,8 @@ class TabMenuWindow : public Window {
 
   // Twips to pixels on this screen.
   RECT ToPixels(const TwipRect& r) const;
-  int TwipsFromPixelsX(int x) const { return ::MulDiv(x, 1440, dpiX_); }
-  int TwipsFromPixelsY(int y) const { return ::MulDiv(y, 1440, dpiY_); }
+  int TwipsFromPixelsX(int x) const { return PixelsToTwips(x, dpiX_); }
+  int TwipsFromPixelsY(int y) const { return PixelsToTwips(y, dpiY_); }
 
   const TabPictures& Pictures() const { return pictures_; }
   HFONT CaptionFont() const { return captionFont_.Get(); }

@@ -1,9 +1,10 @@
 #include "display/message_flasher.h"
 
-#include <algorithm>
-#include <climits>
 #include <cmath>
 #include <cstdint>
+
+#include "platform/rounding.h"
+#include "platform/twips.h"
 
 namespace qm {
 namespace {
@@ -15,19 +16,11 @@ float Single(float value) {
   return stored;
 }
 
-// Rounds to the nearest whole number, a half to the even neighbour (the
-// default rounding mode of the floating-point unit); kept within int, and
-// 0 for what is not a number.
-int RoundHalfEven(float value) {
-  if (std::isnan(value)) return 0;
-  const double rounded = std::nearbyint(static_cast<double>(value));
-  return static_cast<int>(std::clamp(rounded, double{INT_MIN}, double{INT_MAX}));
-}
-
-// A screen ratio the arithmetic can divide by: a missing or absurd one
-// counts as 15 twips a pixel (96 dots per inch).
+// A ratio the arithmetic can divide by: a missing or absurd one counts as
+// that of 96 dots per inch.
 float UsableTwipsPerPixel(float twipsPerPixel) {
-  return std::isfinite(twipsPerPixel) && twipsPerPixel > 0 ? twipsPerPixel : 15.0f;
+  return std::isfinite(twipsPerPixel) && twipsPerPixel > 0 ? twipsPerPixel
+                                                           : TwipsPerPixelAt(kDefaultDotsPerInch);
 }
 
 // The upper bound of an edge in pixels: the screen's extent less the
@@ -38,6 +31,11 @@ int PlacementBound(int screenPixels, int labelTwips, float twipsPerPixel) {
 }
 
 }  // namespace
+
+std::string_view PhraseForDisplay(std::string_view phrase, int screenWidthPixels) {
+  if (screenWidthPixels <= 0) return phrase;
+  return phrase.substr(0, static_cast<std::size_t>(screenWidthPixels));
+}
 
 const std::vector<std::string>& frmMessage::CreationList() {
   static const std::vector<std::string> list{"I want to buy this program", "I love this program"};
@@ -75,8 +73,6 @@ void frmMessage::Form_Load(const ScreenMetrics& screen, unsigned secondsSinceMid
   view_.MakeTransparent(kTransparentKey);  // a window that stays opaque still works
   screenWidth_ = RoundHalfEven(screen.width);
   screenHeight_ = RoundHalfEven(screen.height);
-  twipsPerPixelX_ = UsableTwipsPerPixel(screen.twipsPerPixelX);
-  twipsPerPixelY_ = UsableTwipsPerPixel(screen.twipsPerPixelY);
 }
 
 void frmMessage::Begin() {
@@ -97,16 +93,20 @@ void frmMessage::TimerFrequency_Timer() {
   // An empty list has nothing to show: it counts as none.
   if (!MessageList || MessageList->empty()) MessageList = FallbackList();
   if (messageIndex_ > static_cast<int>(MessageList->size()) - 1) messageIndex_ = 0;
-  view_.SetCaption((*MessageList)[static_cast<std::size_t>(messageIndex_)]);
+  view_.SetCaption(PhraseForDisplay((*MessageList)[static_cast<std::size_t>(messageIndex_)], screenWidth_));
 
   const TwipsSize label = view_.LabelSize();
   view_.SetWindowHeight(label.height + kWindowExtraHeight);
   view_.SetWindowWidth(label.width + kWindowExtraWidth);
 
-  const int top = RndNum(PlacementBound(screenHeight_, label.height, twipsPerPixelY_), 0);
-  const int left = RndNum(PlacementBound(screenWidth_, label.width, twipsPerPixelX_), 0);
-  view_.SetWindowPosition(RoundHalfEven(Single(static_cast<float>(left) * twipsPerPixelX_)),
-                          RoundHalfEven(Single(static_cast<float>(top) * twipsPerPixelY_)));
+  // Pixels and twips in the view's own measure, so the edges drawn in
+  // pixels are where the view puts the window.
+  const float twipsPerPixelX = UsableTwipsPerPixel(view_.TwipsPerPixelX());
+  const float twipsPerPixelY = UsableTwipsPerPixel(view_.TwipsPerPixelY());
+  const int top = RndNum(PlacementBound(screenHeight_, label.height, twipsPerPixelY), 0);
+  const int left = RndNum(PlacementBound(screenWidth_, label.width, twipsPerPixelX), 0);
+  view_.SetWindowPosition(RoundHalfEven(Single(static_cast<float>(left) * twipsPerPixelX)),
+                          RoundHalfEven(Single(static_cast<float>(top) * twipsPerPixelY)));
 
   view_.SetLabelVisible(true);
   if (!host_.SettingsWindowVisible() && !host_.TrayMenuOpen()) {

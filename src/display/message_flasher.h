@@ -24,13 +24,17 @@ namespace qm {
 // The rotation list: unset (nothing gathered) or a 0-based list of phrases.
 using PhraseList = std::optional<std::vector<std::string>>;
 
-// The screen as the flasher reads it once at load: size in pixels and the
-// screen's twips per pixel in each direction.
+// The screen as the screen service reports it at load: its size in pixels,
+// and the service's own twips per pixel, worked out from the monitor's
+// physical size. The flasher keeps the size; it never places with the
+// physical ratios, which on many monitors disagree with the logical inch
+// that windows are laid out in: it takes the view's measure instead
+// (OverlayView::TwipsPerPixelX/Y).
 struct ScreenMetrics {
   float width = 0;
   float height = 0;
-  float twipsPerPixelX = 15;
-  float twipsPerPixelY = 15;
+  float physicalTwipsPerPixelX = 15;
+  float physicalTwipsPerPixelY = 15;
 };
 
 // Sizes and places in twips (1/1440 inch).
@@ -48,6 +52,12 @@ class OverlayView {
   virtual void SetCaption(std::string_view text) = 0;
   // The label's size in twips, as sized to its current text and font.
   virtual TwipsSize LabelSize() const = 0;
+  // Twips per pixel across and down, as the view itself converts between
+  // them (1440 / the screen's logical dots per inch): the flasher works out
+  // a phrase's place in pixels with these, so that the place the view goes
+  // to is the place worked out.
+  virtual float TwipsPerPixelX() const = 0;
+  virtual float TwipsPerPixelY() const = 0;
   virtual void SetLabelVisible(bool visible) = 0;
   virtual void SetLabelFont(const FontSpec& font) = 0;
   virtual void SetLabelColor(OleColor color) = 0;
@@ -89,6 +99,12 @@ class RandomSource {
   virtual float Next() = 0;
 };
 
+// What of a phrase the label is given: no more characters than the screen
+// is wide in pixels (no letter is narrower than a pixel, so the rest could
+// never be seen), all of it when the width is unknown (0 or less). It costs
+// nothing whatever the phrase's length: the phrase is not copied.
+std::string_view PhraseForDisplay(std::string_view phrase, int screenWidthPixels);
+
 // The flasher. Both timers are disabled until Begin runs (the flasher is
 // stopped from its creation until run control starts it); their ticks are
 // wired to the two tick routines for the flasher's life, so the timers must
@@ -116,7 +132,9 @@ class frmMessage {
   void Form_Load(const ScreenMetrics& screen, unsigned secondsSinceMidnight);
 
   // The rotation list: an assignment replaces it and keeps MessageIndex.
-  // An empty list counts as none: the next tick falls back.
+  // An empty list counts as none: the next tick falls back. The list keeps
+  // every phrase whole; only what the label is given is cut to the screen
+  // (PhraseForDisplay).
   PhraseList MessageList;
   // While true both tick routines do nothing.
   bool bStopped = false;
@@ -163,8 +181,6 @@ class frmMessage {
   int messageIndex_ = 0;
   int screenWidth_ = 0;
   int screenHeight_ = 0;
-  float twipsPerPixelX_ = 15;
-  float twipsPerPixelY_ = 15;
   FontSpec labelFont_{};
   OleColor labelColor_ = kLightGrey;
 };

@@ -1,10 +1,11 @@
 #include "display/overlay_window_win32.h"
 
+#include <algorithm>
 #include <cmath>
-#include <tuple>
 
+#include "display/overlay_query_win32.h"
 #include "display/overlay_routines_win32.h"
-#include "platform/screen.h"
+#include "platform/screen_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -24,16 +25,14 @@ CreateArgs OverlayArgs(int sizePixels) {
   return args;
 }
 
-std::pair<int, int> ScreenDpi() {
-  const WindowDC screen(nullptr);
-  if (!screen) return {96, 96};
-  return {::GetDeviceCaps(screen.Get(), LOGPIXELSX), ::GetDeviceCaps(screen.Get(), LOGPIXELSY)};
-}
+// How long the overlay waits for the asker of the phrase query to take
+// its answer.
+constexpr UINT kAnswerTimeoutMs = 1000;
 
 }  // namespace
 
-OverlayWindow::OverlayWindow() {
-  std::tie(dpiX_, dpiY_) = ScreenDpi();
+OverlayWindow::OverlayWindow()
+    : dpi_(ScreenLogicalDpi()), phraseQuery_(::RegisterWindowMessageW(kOverlayPhraseQuery)) {
   Create(OverlayArgs(ToPixelsX(kInitialSize)));
   Measure();
 }
@@ -45,15 +44,11 @@ OverlayWindow::~OverlayWindow() {
 void OverlayWindow::SetCaption(std::string_view text) {
   caption_.assign(text);
   Measure();
-  if (!Hwnd()) return;
-  // The window's text is the phrase too, for accessibility tools (the
-  // window has no title bar that would show it).
-  ::SetWindowTextA(Hwnd(), caption_.c_str());
-  ::InvalidateRect(Hwnd(), nullptr, FALSE);
+  if (Hwnd()) ::InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 TwipsSize OverlayWindow::LabelSize() const {
-  return {::MulDiv(labelPixels_.cx, 1440, dpiX_), ::MulDiv(labelPixels_.cy, 1440, dpiY_)};
+  return {PixelsToTwips(labelPixels_.cx, dpi_.x), PixelsToTwips(labelPixels_.cy, dpi_.y)};
 }
 
 void OverlayWindow::SetLabelVisible(bool visible) {
@@ -66,7 +61,7 @@ void OverlayWindow::SetLabelVisible(bool visible) {
 }
 
 void OverlayWindow::SetLabelFont(const FontSpec& font) {
-  const int height = font.size > 0 ? -static_cast<int>(std::lround(font.size * dpiY_ / 72.0)) : 0;
+  const int height = font.size > 0 ? -static_cast<int>(std::lround(font.size * dpi_.y / 72.0)) : 0;
   win32::Font made(::CreateFontA(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, font.italic,
                                  font.underline, font.strikethrough, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                                  CLIP_DEFAULT_PRECIS, NONANTIALIASED_QUALITY, DEFAULT_PITCH | FF_DONTCARE,
@@ -94,18 +89,30 @@ RECT OverlayWindow::LabelRect() const {
 }
 
 void OverlayWindow::Measure() {
+  // No letter is narrower than a pixel: more characters than the screen is
+  // wide never fit, and are not even handed to the measuring call.
+  const int screenWidth = std::max(1, ::GetSystemMetrics(SM_CXSCREEN));
+  const int candidates =
+      static_cast<int>(std::min<std::size_t>(caption_.size(), static_cast<std::size_t>(screenWidth)));
+  shownLength_ = static_cast<std::size_t>(candidates);
   const WindowDC dc(Hwnd());
   if (!dc) return;
   const SelectGuard select(dc.Get(),
                            font_ ? static_cast<HGDIOBJ>(font_.Get()) : ::GetStockObject(DEFAULT_GUI_FONT));
   TEXTMETRICA metrics{};
   ::GetTextMetricsA(dc.Get(), &metrics);
+  int fit = candidates;
   SIZE extent{};
-  ::GetTextExtentPoint32A(dc.Get(), caption_.data(), static_cast<int>(caption_.size()), &extent);
+  if (candidates > 0 &&
+      ::GetTextExtentExPointA(dc.Get(), caption_.data(), candidates, screenWidth, &fit, nullptr, &extent)) {
+    shownLength_ = static_cast<std::size_t>(std::clamp(fit, 0, candidates));
+  }
+  extent = {};
+  ::GetTextExtentPoint32A(dc.Get(), caption_.data(), static_cast<int>(shownLength_), &extent);
   // A slanted last letter reaches past its advance: the label covers it.
-  if (!caption_.empty()) {
+  if (shownLength_ > 0) {
     ABC abc{};
-    const auto last = static_cast<unsigned char>(caption_.back());
+    const auto last = static_cast<unsigned char>(caption_[shownLength_ - 1]);
     if (::GetCharABCWidthsA(dc.Get(), last, last, &abc) && abc.abcC < 0) extent.cx -= abc.abcC;
   }
   labelPixels_ = {extent.cx, metrics.tmHeight};
@@ -160,17 +167,32 @@ bool OverlayWindow::Visible() const {
 void OverlayWindow::Paint(HDC dc, const RECT& client) const {
   ::SetBkColor(dc, static_cast<COLORREF>(kTransparentKey));
   ::ExtTextOutA(dc, 0, 0, ETO_OPAQUE, &client, nullptr, 0, nullptr);  // the key colour all over
-  if (!labelVisible_ || caption_.empty()) return;
+  if (!labelVisible_ || shownLength_ == 0) return;
   const SelectGuard select(dc,
                            font_ ? static_cast<HGDIOBJ>(font_.Get()) : ::GetStockObject(DEFAULT_GUI_FONT));
   ::SetBkMode(dc, TRANSPARENT);
   ::SetTextColor(dc, TextColor());
   const RECT label = LabelRect();
-  ::ExtTextOutA(dc, label.left, label.top, 0, nullptr, caption_.data(), static_cast<UINT>(caption_.size()),
+  ::ExtTextOutA(dc, label.left, label.top, 0, nullptr, caption_.data(), static_cast<UINT>(shownLength_),
                 nullptr);
 }
 
+bool OverlayWindow::AnswerPhraseQuery(HWND asker) const {
+  if (!asker || !::IsWindow(asker)) return false;
+  COPYDATASTRUCT answer{};
+  answer.dwData = kOverlayPhraseReply;
+  answer.cbData = static_cast<DWORD>(caption_.size());
+  answer.lpData = const_cast<char*>(caption_.data());
+  DWORD_PTR result = 0;
+  // Blocked meanwhile: no other message of the program runs inside this one.
+  return ::SendMessageTimeoutA(asker, WM_COPYDATA, reinterpret_cast<WPARAM>(Hwnd()),
+                               reinterpret_cast<LPARAM>(&answer), SMTO_BLOCK | SMTO_ABORTIFHUNG,
+                               kAnswerTimeoutMs, &result) != 0;
+}
+
 LRESULT OverlayWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
+  if (phraseQuery_ != 0 && msg == phraseQuery_)
+    return AnswerPhraseQuery(reinterpret_cast<HWND>(wParam)) ? 1 : 0;
   switch (msg) {
     case WM_ERASEBKGND:
       return 1;  // WM_PAINT covers every pixel

@@ -1,9 +1,7 @@
 #include "platform/screen.h"
 
-#include <cmath>
-#include <limits>
-
 #include "platform/ansi_text.h"
+#include "platform/rounding.h"
 
 namespace qm {
 
@@ -148,37 +146,6 @@ std::optional<float> TwipsPerPixel(std::int32_t millimetres, float pixels) {
   return static_cast<float>(kTwipsPerMillimetre * millimetres / pixels);
 }
 
-namespace {
-
-constexpr std::uint32_t kKindMask = 0xFF000000u;
-constexpr std::uint32_t kRgbKind = 0x00000000u;
-constexpr std::uint32_t kPaletteIndexKind = 0x01000000u;
-constexpr std::uint32_t kPaletteRgbKind = 0x02000000u;
-constexpr std::uint32_t kSystemKind = 0x80000000u;
-
-}  // namespace
-
-bool IsTranslatableOleColor(OleColor color) {
-  const std::uint32_t rest = color & ~kKindMask;
-  switch (color & kKindMask) {
-    case kRgbKind:
-    case kPaletteRgbKind:
-      return true;
-    case kPaletteIndexKind:
-      return rest < static_cast<std::uint32_t>(kDefaultPaletteEntries);
-    case kSystemKind:
-      return rest <= static_cast<std::uint32_t>(kLastSysColorIndex);
-    default:
-      return false;
-  }
-}
-
-std::optional<std::uint32_t> TranslateOleColor(OleColor color, const SysColorLookup& sysColor) {
-  if (!IsTranslatableOleColor(color)) return std::nullopt;
-  if ((color & kKindMask) == kSystemKind) return sysColor(static_cast<int>(color & ~kKindMask));
-  return color;
-}
-
 void FontNameList::Clear() {
   names_.clear();
   lowered_.clear();
@@ -267,25 +234,8 @@ FontSpec ScreenModel::Font() const {
                   font_.underline, font_.strikethrough};
 }
 
-namespace {
-
-// Whole points, halves going to the even number as the language's own
-// conversion to whole numbers does.
-std::int32_t WholePoints(double size) {
-  if (!std::isfinite(size)) return 0;
-  constexpr double kMax = std::numeric_limits<std::int32_t>::max();
-  constexpr double kMin = std::numeric_limits<std::int32_t>::min();
-  double whole = std::round(size);
-  if (std::fabs(size - std::trunc(size)) == 0.5) whole = 2.0 * std::round(size / 2.0);
-  if (whole > kMax) return std::numeric_limits<std::int32_t>::max();
-  if (whole < kMin) return std::numeric_limits<std::int32_t>::min();
-  return static_cast<std::int32_t>(whole);
-}
-
-}  // namespace
-
 void ScreenModel::Font(const FontSpec& font) {
-  font_ = ScreenFont{font.name,   WholePoints(font.size), font.bold,
+  font_ = ScreenFont{font.name,   RoundHalfEven(font.size), font.bold,
                      font.italic, font.underline,         font.strikethrough};
 }
 

@@ -112,16 +112,9 @@ std::int32_t BitsPerPixelCode(std::int32_t rawBitsPerPixel);
 inline constexpr double kTwipsPerMillimetre = 56.7;
 std::optional<float> TwipsPerPixel(std::int32_t millimetres, float pixels);
 
-// Colour translation with no palette. Valid: an RGB value 0x00BBGGRR and a
-// palette-relative RGB 0x02BBGGRR (both unchanged), a palette index
-// 0x0100iiii of the default palette (unchanged), and a system colour
-// 0x800000nn whose nn is a system colour index (its colour). Anything else
-// does not translate.
-inline constexpr int kLastSysColorIndex = 30;  // the menu bar's colour
-inline constexpr int kDefaultPaletteEntries = 20;
+// Colour validity and translation are ole_color.h's IsTranslatableOleColor
+// and TranslateOleColor.
 using SysColorLookup = std::function<std::uint32_t(int index)>;
-bool IsTranslatableOleColor(OleColor color);
-std::optional<std::uint32_t> TranslateOleColor(OleColor color, const SysColorLookup& sysColor);
 
 // The font the service draws text with.
 struct ScreenFont {

@@ -13,9 +13,6 @@ static_assert(sizeof(DISPLAY_DEVICEA) == 424, "the display-device record is 424 
 namespace {
 
 constexpr DWORD kSystemMessageChars = 260;
-// Messages one Clear lets run at most, so a window that never validates
-// itself cannot keep it pumping.
-constexpr int kMaxPendingMessages = 1000;
 
 template <std::size_t N>
 std::string TextOf(const char (&field)[N]) {
@@ -37,21 +34,14 @@ void ShowCriticalBox(std::string_view text, std::string_view title) {
   ::MessageBoxA(nullptr, std::string(text).c_str(), std::string(title).c_str(), MB_OK | MB_ICONSTOP);
 }
 
-// Lets the window events that are waiting run once. A quit request is put
-// back for the loop that owns it.
-void LetPendingEventsRun() {
-  MSG msg;
-  for (int i = 0; i < kMaxPendingMessages && ::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE); ++i) {
-    if (msg.message == WM_QUIT) {
-      ::PostQuitMessage(static_cast<int>(msg.wParam));
-      return;
-    }
-    ::TranslateMessage(&msg);
-    ::DispatchMessageA(&msg);
-  }
-}
-
 }  // namespace
+
+Dpi ScreenLogicalDpi() {
+  const WindowDC screen(nullptr);
+  if (!screen) return {};
+  return {UsableDpi(::GetDeviceCaps(screen.Get(), LOGPIXELSX)),
+          UsableDpi(::GetDeviceCaps(screen.Get(), LOGPIXELSY))};
+}
 
 std::string GetApiErrorText(DWORD code) {
   char buffer[kSystemMessageChars] = {};
@@ -175,10 +165,13 @@ bool clsScreen::Clear(bool forgetHistory) {
     if (!desktop_) return false;
     // A null window names the desktop window; Wine carries only this form
     // of it on to the top-level windows (the desktop's own handle stops at
-    // the desktop there).
-    const bool redrawn = ::RedrawWindow(nullptr, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN) != 0;
+    // the desktop there). The repaint is done here and now (RDW_UPDATENOW)
+    // instead of by running the waiting window events: those are the
+    // program's own (a tray click, a timer's tick, a posted command), and
+    // at shutdown they would run against windows half torn down.
+    const bool redrawn = ::RedrawWindow(nullptr, nullptr, nullptr,
+                                        RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW) != 0;
     if (redrawn && forgetHistory) ClearHistory();
-    LetPendingEventsRun();
     return redrawn;
   } catch (...) {
     return false;

@@ -14,8 +14,14 @@
 
 #include "platform/gdi_win32.h"
 #include "platform/screen.h"
+#include "platform/twips.h"
 
 namespace qm::win32 {
+
+// The screen's logical dots per inch (LOGPIXELSX/Y of a screen DC): the
+// measure of an inch every window of the program lays itself out with, and
+// the flasher places its phrases with. 96 each way when no DC can be had.
+Dpi ScreenLogicalDpi();
 
 // The system's text for an error code (FormatMessageA, at most 260
 // characters), cut at the first NUL, one trailing CR LF removed.
@@ -65,7 +71,9 @@ class clsScreen : public ScreenModel {
   // The same, showing those two boxes through messageBox.
   explicit clsScreen(ScreenMessageBox messageBox);
   // Repaints the whole desktop (Clear forgetting the history), then clears
-  // the history. Nothing escapes.
+  // the history; the program's waiting window events are left queued, so
+  // none of them runs while the program is being torn down. Nothing
+  // escapes.
   ~clsScreen();
   clsScreen(const clsScreen&) = delete;
   clsScreen& operator=(const clsScreen&) = delete;
@@ -84,9 +92,10 @@ class clsScreen : public ScreenModel {
   // The desktop window.
   HWND hwnd() const { return desktop_; }
 
-  // Invalidates and repaints the whole desktop, lets pending window events
-  // run once, and forgets the history when asked. Contained: the result
-  // says whether the repaint was asked for.
+  // Invalidates and repaints the whole desktop at once, and forgets the
+  // history when asked. It dispatches none of the window events waiting in
+  // the queue: they stay there for the loop that owns them. Contained: the
+  // result says whether the repaint was asked for.
   bool Clear(bool forgetHistory);
 
   // The RGB value of a colour (a system colour gives its current colour),

@@ -1,7 +1,9 @@
 #include "program_driver_win32.h"
 
-#include <filesystem>
+#include <atomic>
 #include <thread>
+
+#include "display/overlay_query_win32.h"
 
 namespace qm::test {
 
@@ -22,18 +24,102 @@ bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds t
   }
 }
 
+namespace {
+
+std::wstring Widen(std::string_view text) {
+  if (text.empty()) return {};
+  const int n = ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(n), L'\0');
+  ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), n);
+  return wide;
+}
+
+// Removes a folder and everything in it; read-only files too.
+void RemoveTree(const std::wstring& folder) {
+  WIN32_FIND_DATAW found{};
+  HANDLE search = ::FindFirstFileW((folder + L"\\*").c_str(), &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      const std::wstring name = found.cFileName;
+      if (name == L"." || name == L"..") continue;
+      const std::wstring path = folder + L"\\" + name;
+      if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+        RemoveTree(path);
+      } else {
+        ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        ::DeleteFileW(path.c_str());
+      }
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+  }
+  ::RemoveDirectoryW(folder.c_str());
+}
+
+}  // namespace
+
 ProgramFolder::ProgramFolder() {
-  std::filesystem::copy_file(BuiltProgramPath(), Native("\\quillmere.exe"));
+  static std::atomic<int> counter{0};
+  wchar_t temp[MAX_PATH + 1] = {};
+  ::GetTempPathW(MAX_PATH + 1, temp);
+  path_ = temp;
+  while (!path_.empty() && path_.back() == L'\\') path_.pop_back();
+  path_ += L"\\";
+  path_ += kProgramFolderStem;
+  path_ += L"-" + std::to_wstring(::GetTickCount64()) + L"-" + std::to_wstring(::GetCurrentProcessId()) +
+           L"-" + std::to_wstring(++counter);
+  ::CreateDirectoryW(path_.c_str(), nullptr);
+  ::CopyFileW(Widen(BuiltProgramPath()).c_str(), (*this)("\\quillmere.exe").c_str(), FALSE);
+}
+
+ProgramFolder::~ProgramFolder() {
+  RemoveTree(path_);
+}
+
+std::wstring ProgramFolder::operator()(std::string_view relative) const {
+  return path_ + Widen(relative);
+}
+
+void ProgramFolder::Put(std::string_view relative, std::string_view bytes) const {
+  const std::wstring path = (*this)(relative);
+  // The folders on the way.
+  for (std::size_t slash = path_.size() + 1; (slash = path.find(L'\\', slash)) != std::wstring::npos; ++slash)
+    ::CreateDirectoryW(path.substr(0, slash).c_str(), nullptr);
+  HANDLE file =
+      ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  DWORD written = 0;
+  ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  ::CloseHandle(file);
+}
+
+std::string ProgramFolder::Get(std::string_view relative) const {
+  HANDLE file = ::CreateFileW((*this)(relative).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  std::string bytes;
+  char buffer[4096];
+  DWORD read = 0;
+  while (::ReadFile(file, buffer, sizeof buffer, &read, nullptr) && read > 0) bytes.append(buffer, read);
+  ::CloseHandle(file);
+  return bytes;
+}
+
+bool ProgramFolder::Has(std::string_view relative) const {
+  return ::GetFileAttributesW((*this)(relative).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool ProgramFolder::Remove(std::string_view relative) const {
+  return ::DeleteFileW((*this)(relative).c_str()) != 0;
 }
 
 RunningProgram::RunningProgram(const ProgramFolder& folder, const std::string& arguments) {
-  const std::string exe = folder("\\quillmere.exe");
-  std::string commandLine = "\"" + exe + "\"";
-  if (!arguments.empty()) commandLine += " " + arguments;
-  STARTUPINFOA startup{};
+  const std::wstring exe = folder("\\quillmere.exe");
+  std::wstring commandLine = L"\"" + exe + L"\"";
+  if (!arguments.empty()) commandLine += L" " + Widen(arguments);
+  STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION info{};
-  if (!::CreateProcessA(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+  if (!::CreateProcessW(exe.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
                         folder.Path().c_str(), &startup, &info))
     return;
   ::CloseHandle(info.hThread);
@@ -58,7 +144,8 @@ bool RunningProgram::Running() const {
 
 std::optional<DWORD> RunningProgram::WaitForExit(std::chrono::milliseconds timeout) {
   if (!process_) return std::nullopt;
-  if (::WaitForSingleObject(process_, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0) return std::nullopt;
+  if (::WaitForSingleObject(process_, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0)
+    return std::nullopt;
   DWORD code = 0;
   ::GetExitCodeProcess(process_, &code);
   return code;
@@ -91,7 +178,9 @@ std::vector<HWND> RunningProgram::Windows(const char* className) const {
 }
 
 namespace {
-HWND FirstOrNull(const std::vector<HWND>& windows) { return windows.empty() ? nullptr : windows.front(); }
+HWND FirstOrNull(const std::vector<HWND>& windows) {
+  return windows.empty() ? nullptr : windows.front();
+}
 HWND FirstVisible(const std::vector<HWND>& windows) {
   for (HWND w : windows)
     if (::IsWindowVisible(w)) return w;
@@ -99,16 +188,64 @@ HWND FirstVisible(const std::vector<HWND>& windows) {
 }
 }  // namespace
 
-HWND RunningProgram::SettingsWindow() const { return FirstOrNull(Windows("QuillmereSettings")); }
-HWND RunningProgram::Overlay() const { return FirstOrNull(Windows("QuillmereOverlay")); }
-HWND RunningProgram::OpenMenu() const { return FirstVisible(Windows("#32768")); }
-HWND RunningProgram::MessageBox() const { return FirstVisible(Windows("#32770")); }
+HWND RunningProgram::SettingsWindow() const {
+  return FirstOrNull(Windows("QuillmereSettings"));
+}
+HWND RunningProgram::Overlay() const {
+  return FirstOrNull(Windows("QuillmereOverlay"));
+}
+HWND RunningProgram::OpenMenu() const {
+  return FirstVisible(Windows("#32768"));
+}
+HWND RunningProgram::MessageBox() const {
+  return FirstVisible(Windows("#32770"));
+}
 
 std::string RunningProgram::MessageBoxText(HWND box) {
   char text[512] = {};
   // The message box keeps its text in the static control 0xFFFF.
   ::GetDlgItemTextA(box, 0xFFFF, text, sizeof text);
   return text;
+}
+
+namespace {
+
+// Takes the overlay's answer to the phrase query (WM_COPYDATA).
+LRESULT CALLBACK PhraseAnswerProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+  if (msg == WM_COPYDATA) {
+    auto* answer = reinterpret_cast<std::optional<std::string>*>(::GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+    const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+    if (!answer || data->dwData != qm::win32::kOverlayPhraseReply) return FALSE;
+    *answer = std::string(static_cast<const char*>(data->lpData), data->cbData);
+    return TRUE;
+  }
+  return ::DefWindowProcW(hwnd, msg, wParam, lParam);
+}
+
+}  // namespace
+
+std::optional<std::string> RunningProgram::OverlayPhrase() const {
+  const HWND overlay = Overlay();
+  if (!overlay) return std::nullopt;
+  static const ATOM windowClass = [] {
+    WNDCLASSW c{};
+    c.lpfnWndProc = PhraseAnswerProc;
+    c.hInstance = ::GetModuleHandleW(nullptr);
+    c.lpszClassName = L"QuillmereE2ePhraseAnswer";
+    return ::RegisterClassW(&c);
+  }();
+  HWND receiver = ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"", 0,
+                                    0, 0, 0, 0, HWND_MESSAGE, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+  if (!receiver) return std::nullopt;
+  std::optional<std::string> answer;
+  ::SetWindowLongPtrW(receiver, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&answer));
+  DWORD_PTR result = 0;
+  const bool sent =
+      ::SendMessageTimeoutW(overlay, ::RegisterWindowMessageW(qm::win32::kOverlayPhraseQuery),
+                            reinterpret_cast<WPARAM>(receiver), 0, SMTO_ABORTIFHUNG, 2000, &result) != 0;
+  ::DestroyWindow(receiver);
+  if (!sent || result != 1) return std::nullopt;
+  return answer;
 }
 
 void RunningProgram::TrayMouse(UINT mouseMessage) const {

@@ -10,9 +10,8 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
-
-#include "../support/temp_folder.h"
 
 namespace qm::test {
 
@@ -23,10 +22,35 @@ std::string BuiltProgramPath();
 // Polls until the condition holds or the time is up; true when it held.
 bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout);
 
-// A program folder with its own copy of quillmere.exe, removed afterwards.
-class ProgramFolder : public TempFolder {
+// A fresh program folder in the temporary folder, holding its own copy of
+// quillmere.exe, removed with everything in it afterwards. Its name holds
+// Cyrillic and CJK letters (kProgramFolderStem): the program runs from a
+// folder named in any script. It is made, filled, read and removed with
+// the wide-character calls only. Relative parts begin with "\" and are
+// ASCII.
+inline constexpr std::wstring_view kProgramFolderStem =
+    L"quillmere-e2e-\u041f\u0440\u043e\u0432\u0435\u0440\u043a\u0430-\u6e2c\u8a66";
+
+class ProgramFolder {
  public:
   ProgramFolder();
+  ~ProgramFolder();
+  ProgramFolder(const ProgramFolder&) = delete;
+  ProgramFolder& operator=(const ProgramFolder&) = delete;
+
+  const std::wstring& Path() const { return path_; }
+  // The folder's path followed by a relative part beginning with "\".
+  std::wstring operator()(std::string_view relative) const;
+
+  // Direct access for setting up and checking, bypassing the program.
+  // Put makes the folders on the way.
+  void Put(std::string_view relative, std::string_view bytes) const;
+  std::string Get(std::string_view relative) const;
+  bool Has(std::string_view relative) const;
+  bool Remove(std::string_view relative) const;
+
+ private:
+  std::wstring path_;
 };
 
 class RunningProgram {
@@ -53,6 +77,9 @@ class RunningProgram {
   HWND MessageBox() const;
   // The message box's text.
   static std::string MessageBoxText(HWND box);
+  // The phrase in the overlay's label, asked of the overlay (its window
+  // text is empty); nothing when there is no overlay or it did not answer.
+  std::optional<std::string> OverlayPhrase() const;
 
   // The notification area's report of a mouse message over the icon.
   void TrayMouse(UINT mouseMessage) const;

@@ -14,6 +14,8 @@ class StateOverlay final : public OverlayView {
  public:
   void SetCaption(std::string_view text) override { caption = text; }
   TwipsSize LabelSize() const override { return {1200, 300}; }
+  float TwipsPerPixelX() const override { return 15; }
+  float TwipsPerPixelY() const override { return 15; }
   void SetLabelVisible(bool v) override { labelVisible = v; }
   void SetLabelFont(const FontSpec& f) override { font = f; }
   void SetLabelColor(OleColor c) override { color = c; }

@@ -371,13 +371,6 @@ TEST_F(IsButtonTest, CentredCaptionLiesInTheMiddleOfTheButton) {
   EXPECT_EQ(button.CaptionRectangle(), (ButtonRect{18, 6, 46, 22}));
 }
 
-TEST(IsButtonLayout, RoundsHalvesToEven) {
-  EXPECT_EQ(RoundHalfEven(44), 22);
-  EXPECT_EQ(RoundHalfEven(45), 22);
-  EXPECT_EQ(RoundHalfEven(47), 24);
-  EXPECT_EQ(RoundHalfEven(-3), -2);
-}
-
 TEST(IsButtonLayout, CaptionFlagsFollowTheAlignment) {
   EXPECT_EQ(CaptionFlags(0, false), 21u);
   EXPECT_EQ(CaptionFlags(1, false), 20u);

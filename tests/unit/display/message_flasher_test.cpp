@@ -7,10 +7,12 @@
 #include <deque>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "../../support/fake_clock.h"
 #include "display/lcg_random.h"
+#include "platform/twips.h"
 
 namespace qm {
 namespace {
@@ -19,7 +21,8 @@ using namespace std::chrono_literals;
 using Phrases = std::vector<std::string>;
 
 // The overlay as the flasher drives it: the calls that make a phrase are
-// logged in order; the label measures 10 twips a character by 300.
+// logged in order; the label measures 10 twips a character by 300; twips
+// per pixel are those of 96 dots per inch until a test says otherwise.
 class RecordingView final : public OverlayView {
  public:
   explicit RecordingView(const Timer* displayTimer = nullptr) : displayTimer_(displayTimer) {}
@@ -28,6 +31,8 @@ class RecordingView final : public OverlayView {
   TwipsSize LabelSize() const override {
     return labelSize.value_or(TwipsSize{static_cast<int>(caption.size()) * 10, 300});
   }
+  float TwipsPerPixelX() const override { return twipsPerPixelX; }
+  float TwipsPerPixelY() const override { return twipsPerPixelY; }
   void SetLabelVisible(bool v) override { Log((labelVisible = v) ? "label shown" : "label hidden"); }
   void SetLabelFont(const FontSpec& f) override { font = f; }
   void SetLabelColor(OleColor c) override { color = c; }
@@ -47,6 +52,7 @@ class RecordingView final : public OverlayView {
   std::vector<std::string> log;
   std::string caption;
   std::optional<TwipsSize> labelSize;
+  float twipsPerPixelX = 15, twipsPerPixelY = 15;
   bool labelVisible = true;
   int width = 0, height = 0, left = 0, top = 0;
   std::optional<OleColor> transparentKey;
@@ -88,7 +94,7 @@ class FlasherTest : public ::testing::Test {
   FlasherTest() {
     frequency->SetInterval(2000ms);
     display->SetInterval(50ms);
-    flasher.Form_Load({1024, 768, 15, 15}, 4321);
+    flasher.Form_Load({1024, 768}, 4321);
   }
 
   // Whole cycles from Waiting: what the label showed at each interval tick.
@@ -139,13 +145,15 @@ TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
 }
 
 TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEvenAndAbsurdMetricsStillPlace) {
-  flasher.Form_Load({1022.5f, 767.5f, 15, 15}, 0);
+  flasher.Form_Load({1022.5f, 767.5f}, 0);
   EXPECT_EQ(flasher.ScreenWidth(), 1022);
   EXPECT_EQ(flasher.ScreenHeight(), 768);
 
-  flasher.Form_Load({std::nanf(""), 1e30f, 0, -1}, 0);
+  flasher.Form_Load({std::nanf(""), 1e30f}, 0);
   EXPECT_EQ(flasher.ScreenWidth(), 0);
   EXPECT_EQ(flasher.ScreenHeight(), INT_MAX);
+  view.twipsPerPixelX = 0;
+  view.twipsPerPixelY = -1;
   view.labelSize = TwipsSize{150, 150};
   random.values = {0.0f, 0.0f};
   EXPECT_EQ(PlaceOnce(), std::make_pair(0, 0));
@@ -246,16 +254,63 @@ TEST_F(FlasherTest, WindowFollowsTheLabelAndIsPlacedFromTheLabelAlone) {
   EXPECT_EQ(view.width, 1550);
   EXPECT_EQ(view.height, 450);
 
-  // 12.5 twips a pixel across and 20 down make that label 120 x 15 pixels.
-  flasher.Form_Load({800, 600, 12.5f, 20}, 0);
+  // A view of 12 twips a pixel across and 20 down (120 and 72 dots per
+  // inch) makes that label 125 x 15 pixels; the left edge 337.5 rounds to
+  // 338.
+  flasher.Form_Load({800, 600}, 0);
+  view.twipsPerPixelX = 12;
+  view.twipsPerPixelY = 20;
   random.values = {0.9999999f, 0.5f};
-  EXPECT_EQ(PlaceOnce(), std::make_pair((800 - 120) / 2 * 25 / 2, (600 - 15) * 20));
+  EXPECT_EQ(PlaceOnce(), std::make_pair(338 * 12, (600 - 15) * 20));
 
   // A label larger than the screen goes partly off its edge.
-  flasher.Form_Load({1024, 768, 15, 15}, 0);
+  flasher.Form_Load({1024, 768}, 0);
+  view.twipsPerPixelX = view.twipsPerPixelY = 15;
   view.labelSize = TwipsSize{1024 * 15 + 1500, 768 * 15 + 600};  // 100 and 40 pixels too big
   random.values = {0.5f, 0.0f};
   EXPECT_EQ(PlaceOnce(), std::make_pair(0, -20 * 15));
+}
+
+// Many monitors report a physical size that does not match their logical
+// dots per inch. The phrase is placed in the view's measure whatever the
+// screen service worked out from the physical size: at the far ends of the
+// draws the label, in pixels as the view converts the place, touches the
+// screen's edges and stays on the screen.
+TEST_F(FlasherTest, PhraseLandsOnTheScreenWhenThePhysicalSizeDisagreesWithTheDpi) {
+  for (const int dpi : {120, 96, 144}) {
+    for (const float physical : {20.0f, 8.0f, 14.95f}) {
+      SCOPED_TRACE(testing::Message() << dpi << " dpi, physically " << physical << " twips a pixel");
+      flasher.Form_Load({1024, 768, physical, physical}, 0);
+      view.twipsPerPixelX = view.twipsPerPixelY = TwipsPerPixelAt(dpi);
+      const int labelWidth = 200, labelHeight = 30;  // pixels
+      view.labelSize = TwipsSize{PixelsToTwips(labelWidth, dpi), PixelsToTwips(labelHeight, dpi)};
+
+      random.values = {0.9999999f, 0.9999999f};  // the bottom right end
+      auto [left, top] = PlaceOnce();
+      EXPECT_EQ(TwipsToPixels(left, dpi) + labelWidth, 1024);
+      EXPECT_EQ(TwipsToPixels(top, dpi) + labelHeight, 768);
+
+      random.values = {0.0f, 0.0f};  // the top left end
+      std::tie(left, top) = PlaceOnce();
+      EXPECT_EQ(TwipsToPixels(left, dpi), 0);
+      EXPECT_EQ(TwipsToPixels(top, dpi), 0);
+    }
+  }
+}
+
+// A hand-made category file may hold a line of megabytes. The label gets
+// no more characters than the screen is wide in pixels; the rotation list
+// keeps the phrase whole, and a phrase that fits reaches the label as it is.
+TEST_F(FlasherTest, ALongPhraseReachesTheLabelCutToTheScreensWidth) {
+  const std::string huge(10'000'000, 'w');
+  flasher.MessageList = Phrases{"short one", huge};
+  flasher.Begin();
+  EXPECT_EQ(Cycles(2), (Phrases{std::string(1024, 'w'), "short one"}));
+  EXPECT_EQ((*flasher.MessageList)[1].size(), huge.size());
+
+  EXPECT_EQ(PhraseForDisplay("abc", 2), "ab");
+  EXPECT_EQ(PhraseForDisplay("abc", 3), "abc");
+  EXPECT_EQ(PhraseForDisplay("abc", 0), "abc") << "an unknown width cuts nothing";
 }
 
 TEST_F(FlasherTest, RndNumRoundsHalfToEvenBetweenTheBounds) {

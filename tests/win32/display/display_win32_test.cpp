@@ -7,10 +7,12 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "display/message_window_win32.h"
+#include "display/overlay_query_win32.h"
 #include "display/overlay_routines_win32.h"
 #include "platform/gdi_win32.h"
 
@@ -137,6 +139,46 @@ unsigned UserObjects() {
   return count;
 }
 
+// A message-only window that takes the overlay's answer to the phrase
+// query.
+class PhraseReceiver {
+ public:
+  PhraseReceiver() {
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = Proc;
+    windowClass.hInstance = ::GetModuleHandleA(nullptr);
+    windowClass.lpszClassName = "QuillmereTestPhraseReceiver";
+    ::RegisterClassA(&windowClass);
+    hwnd_ = ::CreateWindowExA(0, windowClass.lpszClassName, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                              windowClass.hInstance, nullptr);
+  }
+  ~PhraseReceiver() { ::DestroyWindow(hwnd_); }
+  PhraseReceiver(const PhraseReceiver&) = delete;
+  PhraseReceiver& operator=(const PhraseReceiver&) = delete;
+
+  // Asks the overlay; the answer, or nothing when none came.
+  std::optional<std::string> Ask(HWND overlay) {
+    answer_.reset();
+    const LRESULT sent = ::SendMessageW(overlay, ::RegisterWindowMessageW(kOverlayPhraseQuery),
+                                        reinterpret_cast<WPARAM>(hwnd_), 0);
+    if (sent != 1) return std::nullopt;
+    return answer_;
+  }
+
+ private:
+  static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+    if (msg == WM_COPYDATA) {
+      const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+      if (data->dwData != kOverlayPhraseReply) return FALSE;
+      answer_ = std::string(static_cast<const char*>(data->lpData), data->cbData);
+      return TRUE;
+    }
+    return ::DefWindowProcA(hwnd, msg, wParam, lParam);
+  }
+  static inline std::optional<std::string> answer_;
+  HWND hwnd_ = nullptr;
+};
+
 class OverlayShell : public ::testing::Test {
  protected:
   OverlayShell() {
@@ -214,6 +256,7 @@ TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   const TwipsSize label = overlay.LabelSize();
   EXPECT_EQ(area.right - area.left, ::MulDiv(label.width + 50, 96, 1440));
   EXPECT_EQ(area.bottom - area.top, ::MulDiv(label.height + 150, 96, 1440));
+  EXPECT_EQ(::GetWindowTextLengthW(Overlay()), 0) << "the phrase is not the window's text";
   // Raising a window that is already top-most keeps its place and size.
   modWindowsRoutines::MakeTopMost(Overlay());
   RECT again;
@@ -236,6 +279,49 @@ TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   const PixelCount hidden = CountPixels(Capture(area), textColour, backdropColour);
   EXPECT_EQ(hidden.text, 0);
   EXPECT_EQ(hidden.other, 0) << "first stray pixel 0x" << std::hex << hidden.firstOther;
+}
+
+// Window lists and accessibility tools read a window's text: the overlay's
+// stays empty while a phrase shows. The phrase is had only by asking.
+TEST_F(OverlayShell, WindowTextStaysEmptyAndThePhraseIsHadOnlyByAsking) {
+  flasher.MessageList = PhraseList{{"A phrase for the eye only"}};
+  FlashOnce(3s);
+  EXPECT_EQ(::GetWindowTextLengthW(Overlay()), 0);
+  wchar_t text[64] = {L'x'};
+  EXPECT_EQ(::InternalGetWindowText(Overlay(), text, 64), 0);
+  EXPECT_EQ(text[0], L'\0');
+
+  PhraseReceiver receiver;
+  EXPECT_EQ(receiver.Ask(Overlay()), "A phrase for the eye only");
+  flasher.MessageList = PhraseList{{"Another"}};
+  flasher.TimerFrequency_Timer();
+  EXPECT_EQ(receiver.Ask(Overlay()), "Another");
+  EXPECT_EQ(::GetWindowTextLengthW(Overlay()), 0);
+
+  // A query naming no window is not answered.
+  EXPECT_EQ(::SendMessageW(Overlay(), ::RegisterWindowMessageW(kOverlayPhraseQuery), 0, 0), 0);
+}
+
+// A phrase of a megabyte (a hand-made category file) comes and goes like
+// any other. The label gets a screen's width of characters, and of those
+// the overlay measures and draws only what fits across the screen: with
+// letters all alike, one letter more would not fit.
+TEST_F(OverlayShell, AMegabytePhraseShowsOnlyWhatFitsAndComesAndGoes) {
+  const std::string huge(1 << 20, 'W');
+  flasher.MessageList = PhraseList{{huge}};
+  FlashOnce(50ms);
+  const int screenWidth = ::GetSystemMetrics(SM_CXSCREEN);
+  EXPECT_LE(overlay.Caption().size(), static_cast<std::size_t>(screenWidth));
+  const std::size_t shown = overlay.ShownText().size();
+  ASSERT_GT(shown, 0u);
+  EXPECT_LT(shown, overlay.Caption().size()) << "a W is wider than a pixel";
+  const RECT label = overlay.LabelRect();
+  const int labelWidth = label.right - label.left;
+  EXPECT_LE(labelWidth, screenWidth);
+  EXPECT_GT(labelWidth + labelWidth / static_cast<int>(shown), screenWidth) << "one W more would not fit";
+
+  EXPECT_TRUE(loop.RunUntil([&] { return !overlay.LabelVisible(); }, 10s)) << "the display tick hides it";
+  EXPECT_EQ(flasher.MessageList->front().size(), huge.size()) << "the rotation list keeps it whole";
 }
 
 TEST_F(OverlayShell, TenThousandFlashesLeaveGdiAndUserCountsFlat) {

@@ -267,6 +267,64 @@ TEST(ScreenShell, ReleaseRepaintsTheDesktop) {
   ::DestroyWindow(window);
 }
 
+// A window of the test's own that counts the messages it is sent.
+LRESULT CALLBACK CountingProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+  if (msg == WM_APP + 7) {
+    ++*reinterpret_cast<int*>(::GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+    return 0;
+  }
+  return ::DefWindowProcA(hwnd, msg, wParam, lParam);
+}
+
+// The program releases its screen object while it shuts down; a message it
+// had queued (a tray click, a command) must not run then. Clear and the
+// release repaint without dispatching anything, and the message is still
+// waiting for the loop that owns it.
+TEST(ScreenShell, ClearAndReleaseDispatchNoneOfTheQueuedMessages) {
+  WNDCLASSA windowClass{};
+  windowClass.lpfnWndProc = CountingProc;
+  windowClass.hInstance = ::GetModuleHandleA(nullptr);
+  windowClass.lpszClassName = "QmScreenTestCounting";
+  ::RegisterClassA(&windowClass);
+  HWND window = ::CreateWindowExA(0, "QmScreenTestCounting", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                  windowClass.hInstance, nullptr);
+  ASSERT_TRUE(window);
+  int dispatched = 0;
+  ::SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&dispatched));
+
+  auto screen = std::make_unique<clsScreen>();
+  ::PostMessageA(window, WM_APP + 7, 1, 0);
+  EXPECT_TRUE(screen->Clear(false));
+  ::PostMessageA(window, WM_APP + 7, 2, 0);
+  screen.reset();
+  EXPECT_EQ(dispatched, 0);
+
+  MSG msg;
+  ASSERT_TRUE(::PeekMessageA(&msg, window, WM_APP + 7, WM_APP + 7, PM_REMOVE));
+  EXPECT_EQ(msg.wParam, 1u);
+  ASSERT_TRUE(::PeekMessageA(&msg, window, WM_APP + 7, WM_APP + 7, PM_REMOVE));
+  EXPECT_EQ(msg.wParam, 2u);
+  ::DestroyWindow(window);
+}
+
+// The program's own twips arithmetic agrees with the system's MulDiv, and
+// its logical inch is the screen DC's.
+TEST(ScreenShell, TwipsArithmeticAgreesWithTheSystem) {
+  for (int dpi : {72, 96, 110, 120, 144, 192}) {
+    for (int twips = -3000; twips <= 30000; twips += 1) {
+      ASSERT_EQ(TwipsToPixels(twips, dpi), ::MulDiv(twips, dpi, 1440)) << twips << " at " << dpi;
+    }
+    for (int px = -500; px <= 3000; ++px) ASSERT_EQ(PixelsToTwips(px, dpi), ::MulDiv(px, 1440, dpi)) << px;
+  }
+  const int odd[][3] = {{7, 1, -2}, {-7, 1, -2}, {-7, 1, 2}, {2000000000, 3, 2}, {5, 3, 0}, {-5, 3, 3}};
+  for (const auto& c : odd) EXPECT_EQ(MulDivRound(c[0], c[1], c[2]), ::MulDiv(c[0], c[1], c[2])) << c[0];
+
+  const WindowDC dc(nullptr);
+  const Dpi dpi = ScreenLogicalDpi();
+  EXPECT_EQ(dpi.x, ::GetDeviceCaps(dc.Get(), LOGPIXELSX));
+  EXPECT_EQ(dpi.y, ::GetDeviceCaps(dc.Get(), LOGPIXELSY));
+}
+
 TEST(ScreenShell, SystemErrorTextsAreTidy) {
   const std::string text = GetApiErrorText(ERROR_FILE_NOT_FOUND);
   EXPECT_FALSE(text.empty());
