@@ -71,11 +71,9 @@ int main() {
       return 1;
     }
     windows.push_back(Ms(Clock::now() - t0));
-    WaitFor([&] { return ::IsWindowVisible(program.Overlay()) && ::GetWindowTextLengthA(program.Overlay()) > 0; }, 5s);
     WaitFor([&] {
-      char text[64] = {};
-      ::GetWindowTextA(program.Overlay(), text, sizeof text);
-      return std::string(text) == "I breathe slowly";  // the first phrase shown
+      return ::IsWindowVisible(program.Overlay()) &&
+             program.OverlayPhrase() == std::optional<std::string>("I breathe slowly");  // the first phrase shown
     }, 5s);
     phrase.push_back(Ms(Clock::now() - t0));
   }

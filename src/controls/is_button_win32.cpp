@@ -1,5 +1,7 @@
 #include "controls/is_button_win32.h"
 
+#include "platform/twips.h"
+
 #include <commctrl.h>
 #include <vssym32.h>
 #include <windowsx.h>
@@ -211,10 +213,10 @@ bool isButtonWindow::CreateWindowOnly(HWND parent, const TwipBounds& b, int id) 
   args.className = kClassName;
   args.classStyle = CS_DBLCLKS;
   args.style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS;
-  args.x = ::MulDiv(b.left, dpiX_, 1440);
-  args.y = ::MulDiv(b.top, dpiY_, 1440);
-  args.width = ::MulDiv(b.width, dpiX_, 1440);
-  args.height = ::MulDiv(b.height, dpiY_, 1440);
+  args.x = TwipsToPixels(b.left, dpiX_);
+  args.y = TwipsToPixels(b.top, dpiY_);
+  args.width = TwipsToPixels(b.width, dpiX_);
+  args.height = TwipsToPixels(b.height, dpiY_);
   args.parent = parent;
   args.menuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
   if (!Window::Create(args)) return false;
@@ -239,8 +241,8 @@ bool isButtonWindow::CreateNew(HWND parent, const TwipBounds& bounds, std::strin
 }
 
 void isButtonWindow::SetBounds(const TwipBounds& b) {
-  ::MoveWindow(Hwnd(), ::MulDiv(b.left, dpiX_, 1440), ::MulDiv(b.top, dpiY_, 1440),
-               ::MulDiv(b.width, dpiX_, 1440), ::MulDiv(b.height, dpiY_, 1440), TRUE);
+  ::MoveWindow(Hwnd(), TwipsToPixels(b.left, dpiX_), TwipsToPixels(b.top, dpiY_),
+               TwipsToPixels(b.width, dpiX_), TwipsToPixels(b.height, dpiY_), TRUE);
 }
 
 void isButtonWindow::About() {
@@ -453,11 +455,11 @@ void isButtonWindow::PaintIcon(HDC dc, const ButtonLook& look) {
 ButtonSize isButtonWindow::SizeTwips() const {
   RECT r{};
   ::GetWindowRect(Hwnd(), &r);
-  return {::MulDiv(r.right - r.left, 1440, dpiX_), ::MulDiv(r.bottom - r.top, 1440, dpiY_)};
+  return {PixelsToTwips(r.right - r.left, dpiX_), PixelsToTwips(r.bottom - r.top, dpiY_)};
 }
 
 void isButtonWindow::SetSizeTwips(ButtonSize size) {
-  ::SetWindowPos(Hwnd(), nullptr, 0, 0, ::MulDiv(size.width, dpiX_, 1440), ::MulDiv(size.height, dpiY_, 1440),
+  ::SetWindowPos(Hwnd(), nullptr, 0, 0, TwipsToPixels(size.width, dpiX_), TwipsToPixels(size.height, dpiY_),
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

@@ -158,9 +158,4 @@ class Menu {
   HMENU h_ = nullptr;
 };
 
-// Twips (1/1440 inch) of the screen's logical inch, as the program's window
-// geometry is given: 15 twips a pixel at 96 dots per inch.
-inline int TwipsToPixelsX(int twips, int dpiX = 96) { return ::MulDiv(twips, dpiX, 1440); }
-inline int TwipsToPixelsY(int twips, int dpiY = 96) { return ::MulDiv(twips, dpiY, 1440); }
-
 }  // namespace qm::win32

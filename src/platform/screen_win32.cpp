@@ -1,5 +1,7 @@
 #include "platform/screen_win32.h"
 
+#include "platform/application_win32.h"
+
 #include <cstring>
 #include <new>
 #include <optional>
@@ -19,16 +21,7 @@ std::string TextOf(const char (&field)[N]) {
   return std::string(field, strnlen(field, N));
 }
 
-std::string ModuleExeName() {
-  std::vector<char> path(MAX_PATH);
-  for (;;) {
-    const DWORD length = ::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (length == 0) return {};
-    if (length < path.size()) return ExeBaseName(std::string_view(path.data(), length));
-    if (path.size() >= 32768) return ExeBaseName(std::string_view(path.data(), length));
-    path.resize(path.size() * 2);
-  }
-}
+std::string ModuleExeName() { return ExecutableName(); }
 
 void ShowCriticalBox(std::string_view text, std::string_view title) {
   ::MessageBoxA(nullptr, std::string(text).c_str(), std::string(title).c_str(), MB_OK | MB_ICONSTOP);

@@ -33,9 +33,10 @@ inline bool IsValidFontSize(double points) {
   return points > 0 && points <= kMaxFontPoints;
 }
 
+// A colour the label takes: an RGB value or a system colour that exists
+// (no palette colours).
 inline bool IsValidOleColor(OleColor color) {
-  if ((color & 0xFF000000u) == 0) return true;
-  return IsSystemColor(color) && (color & 0x00FFFF00u) == 0 && (color & 0xFFu) <= kLastSystemColorIndex;
+  return IsTranslatableOleColor(color) && (IsSystemColor(color) || (color >> 24) == 0);
 }
 
 class PreviewLabel {

@@ -1,7 +1,8 @@
 #include "settings/settings_loader.h"
 
+#include "platform/rounding.h"
+
 #include <chrono>
-#include <cmath>
 #include <cstdint>
 
 namespace qm {
@@ -12,7 +13,7 @@ constexpr std::int16_t kFallbackTiming = 2;
 
 // Whole points as the font chooser reads them: rounded half to even.
 std::int32_t WholePoints(double points) {
-  return static_cast<std::int32_t>(std::nearbyint(points));
+  return RoundHalfEven(points);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "platform/gdi_win32.h"
+#include "platform/screen_win32.h"
+#include "platform/twips.h"
 #include "settings/tray_res.h"
 
 namespace qm::win32 {
@@ -30,13 +32,9 @@ frmSettings::~frmSettings() {
 
 bool frmSettings::CreateTheWindow() {
   // The client area's size in pixels of this screen, centred on it.
-  int dpiX = 96, dpiY = 96;
-  if (WindowDC screen(nullptr); screen) {
-    dpiX = ::GetDeviceCaps(screen.Get(), LOGPIXELSX);
-    dpiY = ::GetDeviceCaps(screen.Get(), LOGPIXELSY);
-  }
+  const Dpi dpi = ScreenLogicalDpi();
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
-  RECT frame{0, 0, TwipsToPixelsX(kSettingsClientWidth, dpiX), TwipsToPixelsY(kSettingsClientHeight, dpiY)};
+  RECT frame{0, 0, TwipsToPixels(kSettingsClientWidth, dpi.x), TwipsToPixels(kSettingsClientHeight, dpi.y)};
   ::AdjustWindowRectEx(&frame, style, FALSE, 0);
   const int width = frame.right - frame.left;
   const int height = frame.bottom - frame.top;
