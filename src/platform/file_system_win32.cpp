@@ -241,8 +241,11 @@ class Win32FileSystem final : public FileSystem {
 
   std::vector<std::string> List(const std::string& folder, std::string_view extension) override {
     std::vector<std::string> names;
-    const std::string suffix = "." + std::string(extension);
-    ForEach(folder, "*" + suffix, [&](const WIN32_FIND_DATAW& data, const std::string& name) {
+    std::string suffix = ".";
+    suffix += extension;
+    std::string pattern = "*";
+    pattern += suffix;
+    ForEach(folder, pattern, [&](const WIN32_FIND_DATAW& data, const std::string& name) {
       // The pattern also matches longer extensions through 8.3 short names.
       if (IsOrdinaryFile(data.dwFileAttributes) && EndsWithNoCase(name, suffix)) names.push_back(name);
     });
