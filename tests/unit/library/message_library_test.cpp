@@ -6,49 +6,19 @@
 
 #include "../../support/fake_prompts.h"
 #include "../../support/temp_folder.h"
+#include "../../support/watched_files.h"
 
 namespace qm {
 namespace {
 
 namespace sfs = std::filesystem;
 
-// The machine's file system, watched: writes are counted with the events
-// pumped before each, changes counted, and writes or deletions can fail
-// without touching the disk.
-class WatchedFileSystem final : public FileSystem {
- public:
-  explicit WatchedFileSystem(const test::CountingEventPump& pump) : pump_(pump) {}
-  std::optional<std::string> ReadAll(const std::string& p) override { return real_.ReadAll(p); }
-  bool WriteAll(const std::string& p, std::string_view bytes) override {
-    eventsBeforeWrite.push_back(pump_.count);
-    return failingWrites-- <= 0 && real_.WriteAll(p, bytes);
-  }
-  bool Exists(const std::string& p) override { return real_.Exists(p); }
-  bool Occupied(const std::string& p) override { return real_.Occupied(p); }
-  void RemoveTemporaryFiles(const std::string& f) override { real_.RemoveTemporaryFiles(f); }
-  std::vector<std::string> List(const std::string& p, std::string_view e) override {
-    return real_.List(p, e);
-  }
-  bool Copy(const std::string& a, const std::string& b) override { return ++changes, real_.Copy(a, b); }
-  bool Remove(const std::string& p) override { return ++changes, !failRemove && real_.Remove(p); }
-  bool MakeFolder(const std::string& p) override { return ++changes, real_.MakeFolder(p); }
-  int Writes() const { return static_cast<int>(eventsBeforeWrite.size()); }
-
-  int failingWrites = 0;  // the next this many writes fail
-  bool failRemove = false;
-  int changes = 0;  // copies, deletions and new folders
-  std::vector<int> eventsBeforeWrite;
-
- private:
-  FileSystem& real_ = SystemFileSystem();
-  const test::CountingEventPump& pump_;
-};
 
 class MessageLibraryTest : public ::testing::Test {
  protected:
   test::TempFolder dir;
   test::CountingEventPump pump;
-  WatchedFileSystem fs{pump};
+  test::WatchedFiles fs{&pump};
   test::FakePrompts prompts;
   CheckedList categories;
   CheckedList phrases;
@@ -106,7 +76,7 @@ TEST_F(MessageLibraryTest, StartUpListsMarksAndLoadsWritingNothing) {
   EXPECT_EQ(Texts(phrases), "+alpha -Zeta ");
   Select("Mixed");
   EXPECT_EQ(Texts(phrases), "- -Calm words +ok -x ");
-  EXPECT_EQ(fs.Writes() + fs.changes, 0);
+  EXPECT_EQ(fs.Writes() + fs.Changes(), 0);
 
   sfs::remove_all(dir.Native("\\Lists"));
   library.StartUp();
@@ -193,7 +163,7 @@ TEST_F(MessageLibraryTest, AFailedWriteOrDeletionIsReportedAndKeepsTheFile) {
   EXPECT_EQ(library.lstPhrases_ItemCheck().status, SaveStatus::WriteFailed);
   ExpectOneStopBoxNaming("Calm");
   phrases.Clear();
-  fs.failRemove = true;
+  fs.failing.insert("remove Calm.lst");
   EXPECT_EQ(library.SavePhrases().status, SaveStatus::DeleteFailed);
   ExpectOneStopBoxNaming("Calm");
   EXPECT_EQ(dir.Get("\\Lists\\Calm.lst"), "1A\r\n0B");
@@ -226,7 +196,7 @@ TEST_F(MessageLibraryTest, FilesThatCouldNotBeReadAreNeverOverwritten) {
   // The category marks the state file could not give are not written over it.
   categories.SetItemChecked(1, true);
   EXPECT_FALSE(library.lstMessageCategories_ItemCheck());
-  EXPECT_EQ(fs.Writes() + fs.changes, 0);
+  EXPECT_EQ(fs.Writes() + fs.Changes(), 0);
   EXPECT_EQ(sfs::file_size(dir.Native("\\Lists\\Big.lst")), kMaxReadBytes + 1);
 
   Select("Small");

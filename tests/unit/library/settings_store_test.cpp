@@ -6,40 +6,12 @@
 #include <set>
 
 #include "../../support/temp_folder.h"
+#include "../../support/watched_files.h"
 
 namespace qm {
 namespace {
 
-// The machine's file system, counting writes and failing the named steps.
-class WatchedFiles final : public FileSystem {
- public:
-  std::optional<std::string> ReadAll(const std::string& p) override { return real.ReadAll(p); }
-  bool WriteAll(const std::string& p, std::string_view bytes) override {
-    ++writes;
-    return !failing.contains("write") && real.WriteAll(p, bytes);
-  }
-  bool Exists(const std::string& p) override { return real.Exists(p); }
-  bool Occupied(const std::string& p) override { return real.Occupied(p); }
-  std::vector<std::string> List(const std::string& f, std::string_view e) override { return real.List(f, e); }
-  bool Copy(const std::string& from, const std::string& to) override {
-    return Step("copy") && real.Copy(from, to);
-  }
-  bool Remove(const std::string& p) override {
-    return Step("remove " + p.substr(p.rfind('\\') + 1)) && real.Remove(p);
-  }
-  bool MakeFolder(const std::string& p) override { return real.MakeFolder(p); }
-
-  FileSystem& real = SystemFileSystem();
-  int writes = 0;
-  std::set<std::string> failing;
-  std::vector<std::string> steps;
-
- private:
-  bool Step(const std::string& step) {
-    steps.push_back(step);
-    return !failing.contains(step);
-  }
-};
+using test::WatchedFiles;
 
 TEST(SettingsText, ConvertsDecimalNumbersInRangeAndWritesBooleansAsWords) {
   EXPECT_EQ(ParseInt32(" -7 "), -7);
@@ -112,7 +84,7 @@ TEST_F(SettingsStoreTest, ASettingsFileThatCouldNotBeReadIsNeverReplacedAndTheUs
   store.Record().frequency = 5;
   EXPECT_EQ(store.SaveSettings(), SaveOutcome::Refused);
   EXPECT_EQ(store.SaveSettings(), SaveOutcome::Refused);
-  EXPECT_EQ(files.writes, 0);
+  EXPECT_EQ(files.Writes(), 0);
   EXPECT_EQ(std::filesystem::file_size(dir.Native("\\__.__")), kMaxReadBytes + 1);
   ASSERT_EQ(told.size(), 1u);
   EXPECT_EQ(told[0], SettingsUnreadableText(dir("\\__.__")));

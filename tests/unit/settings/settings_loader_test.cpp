@@ -9,6 +9,7 @@
 #include "../../support/fake_clock.h"
 #include "../../support/flasher_doubles.h"
 #include "../../support/temp_folder.h"
+#include "../../support/watched_files.h"
 #include "settings/font_panel.h"
 #include "settings/timing_panel.h"
 
@@ -49,36 +50,7 @@ struct SettingsWorld {
 
 constexpr std::string_view kExample = "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3";
 
-// The machine's file system, counting writes and failing the named steps.
-class WatchedFiles final : public FileSystem {
- public:
-  std::optional<std::string> ReadAll(const std::string& p) override { return real.ReadAll(p); }
-  bool WriteAll(const std::string& p, std::string_view bytes) override {
-    ++writes;
-    return !failing.contains("write") && real.WriteAll(p, bytes);
-  }
-  bool Exists(const std::string& p) override { return real.Exists(p); }
-  bool Occupied(const std::string& p) override { return real.Occupied(p); }
-  std::vector<std::string> List(const std::string& f, std::string_view e) override { return real.List(f, e); }
-  bool Copy(const std::string& from, const std::string& to) override {
-    return Step("copy") && real.Copy(from, to);
-  }
-  bool Remove(const std::string& p) override {
-    return Step("remove " + p.substr(p.rfind('\\') + 1)) && real.Remove(p);
-  }
-  bool MakeFolder(const std::string& p) override { return real.MakeFolder(p); }
-
-  FileSystem& real = SystemFileSystem();
-  int writes = 0;
-  std::set<std::string> failing;
-  std::vector<std::string> steps;
-
- private:
-  bool Step(const std::string& step) {
-    steps.push_back(step);
-    return !failing.contains(step);
-  }
-};
+using test::WatchedFiles;
 
 class SettingsStoreTest : public ::testing::Test {
  protected:
@@ -98,7 +70,7 @@ class SettingsStoreTest : public ::testing::Test {
 
 TEST_F(SettingsStoreTest, TheExampleIsAppliedEverywhereAndWrittenBackByteForByte) {
   SettingsWorld& w = Load(kExample);
-  EXPECT_EQ(files.writes, 0);
+  EXPECT_EQ(files.Writes(), 0);
   EXPECT_FALSE(w.store.IsLoading);
   const FontSpec bold12{"Arial", 12, true, false};
   EXPECT_EQ(w.font.lblPreview.Font(), bold12);
@@ -144,7 +116,7 @@ TEST_F(SettingsStoreTest, NothingIsWrittenWhileLoading) {
   w.timing.bvlWHEEL1.SetValue(9);
   w.font.ColorPicker1.SetValue(0x00FF00);
   EXPECT_EQ(w.store.SaveSettings(), SaveOutcome::Skipped);
-  EXPECT_EQ(files.writes, 0);
+  EXPECT_EQ(files.Writes(), 0);
   EXPECT_EQ(w.store.Record().duration, 9);
 }
 
@@ -158,7 +130,7 @@ TEST_F(SettingsStoreTest, AZeroOrUnsetTimingFallsBackToTwoForThatTimingAlone) {
   // Beyond the wheels' ends a timing stops there.
   EXPECT_EQ(Load("Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n5000\r\n-4").DisplayInterval(), 1000ms);
   EXPECT_EQ(world->FrequencyInterval(), 1000ms);
-  EXPECT_EQ(files.writes, 0);
+  EXPECT_EQ(files.Writes(), 0);
 }
 
 TEST_F(SettingsStoreTest, LinesThatDoNotConvertKeepTheirValuesAndTheRestLoad) {
@@ -187,7 +159,7 @@ TEST_F(SettingsStoreTest, ValuesTheLabelRefusesAreSkippedAndAStoredWhiteIsNotThe
   EXPECT_EQ(world->font.ColorPicker1.Value(), kAlmostWhite);
   EXPECT_EQ(world->overlay.color, kAlmostWhite);
   EXPECT_EQ(world->store.Record().color, 16777214);
-  EXPECT_EQ(files.writes, 0);
+  EXPECT_EQ(files.Writes(), 0);
 }
 
 TEST_F(SettingsStoreTest, AMissingOrEmptyFileAppliesNothingAndTheFirstChangeWritesAllSeven) {
@@ -202,11 +174,11 @@ TEST_F(SettingsStoreTest, AMissingOrEmptyFileAppliesNothingAndTheFirstChangeWrit
     // The flasher's timers follow what the wheels show.
     EXPECT_EQ(w.DisplayInterval(), 1ms);
     EXPECT_EQ(w.FrequencyInterval(), 1000ms);
-    EXPECT_EQ(files.writes, 0);
+    EXPECT_EQ(files.Writes(), 0);
 
     w.timing.bvlWHEEL2.SetValue(4);
     EXPECT_EQ(File(), "Arial\r\n10\r\nFalse\r\nFalse\r\n12632256\r\n1\r\n4");
-    files.writes = 0;
+    files.eventsBeforeWrite.clear();
     std::filesystem::remove(dir.Native("\\__.__"));
   }
 }
