@@ -52,6 +52,10 @@ std::string CategoryFilePath(std::string_view programFolder, std::string_view na
   return path;
 }
 
+bool NamesFileInLists(std::string_view name) {
+  return name.find_first_of("\\/:") == std::string_view::npos && name != "." && name != "..";
+}
+
 void FillComboWithFiles(CheckedList& list, FileSystem& files, std::string_view programFolder,
                         std::string_view folder, std::string_view extension) {
   std::string path(programFolder);

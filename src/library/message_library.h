@@ -37,6 +37,9 @@ inline constexpr std::string_view kListsExtension = "lst";
 std::string CategoryStatePath(std::string_view programFolder);
 std::string ListsFolderPath(std::string_view programFolder);
 std::string CategoryFilePath(std::string_view programFolder, std::string_view name);
+// True when the name's file stays inside "Lists": no separator or drive
+// colon, and neither "." nor "..". A hand-edited "\_._" may name anything.
+bool NamesFileInLists(std::string_view name);
 
 // Empties the list and adds the name, less its last four characters, of
 // every file with the extension in the folder of the program folder. A

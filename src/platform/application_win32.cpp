@@ -1,5 +1,9 @@
 #include "platform/application_win32.h"
 
+#include <sddl.h>
+
+#include <vector>
+
 #include <string>
 #include <string_view>
 
@@ -38,11 +42,41 @@ std::string ExecutableName() {
   return NarrowStrict(name).value_or("");
 }
 
-InstanceGuard::InstanceGuard(const char* name) : mutex_(::CreateMutexW(nullptr, FALSE, Widen(name).c_str())) {
-  const DWORD error = ::GetLastError();
-  // Taken by another copy, or (access denied) by a copy of another user's
-  // session that we may not open: either way one runs already.
-  prevInstance_ = (mutex_ && error == ERROR_ALREADY_EXISTS) || (!mutex_ && error == ERROR_ACCESS_DENIED);
+namespace {
+
+// The user's security identifier as text ("S-1-5-21-..."), empty when it
+// cannot be read.
+std::wstring UserSid() {
+  KernelHandle token;
+  {
+    HANDLE raw = nullptr;
+    if (!::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &raw)) return {};
+    token.Reset(raw);
+  }
+  DWORD size = 0;
+  ::GetTokenInformation(token.Get(), TokenUser, nullptr, 0, &size);
+  std::vector<BYTE> buffer(size);
+  if (size == 0 || !::GetTokenInformation(token.Get(), TokenUser, buffer.data(), size, &size)) return {};
+  LPWSTR text = nullptr;
+  if (!::ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(buffer.data())->User.Sid, &text)) return {};
+  std::wstring sid(text);
+  ::LocalFree(text);
+  return sid;
+}
+
+}  // namespace
+
+std::wstring InstanceObjectName(const char* name) {
+  // The session's own namespace, and the user's identifier in the name: a
+  // copy of another user, or in another session, neither blocks this one
+  // nor is blocked by it.
+  return L"Local\\" + Widen(name) + L"." + UserSid();
+}
+
+InstanceGuard::InstanceGuard(const char* name)
+    : mutex_(::CreateMutexW(nullptr, FALSE, InstanceObjectName(name).c_str())) {
+  // Only this user's own copy in this session can hold the name.
+  prevInstance_ = mutex_.Valid() && ::GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
 PromptAnswer MessageBoxPrompts::Show(std::string_view text, PromptIcon icon, PromptButtons buttons) {

@@ -26,7 +26,13 @@ std::string ProgramFolder();
 std::string ExecutableName();
 
 // Held for the life of the program: the first copy to create the named
-// object owns it; a later copy finds it taken (PrevInstance) and ends.
+// object owns it; a later copy finds it taken (PrevInstance) and ends. The
+// object lives in the session's namespace under a name that holds the
+// user's identifier (InstanceObjectName), so that copies of other users
+// and sessions, and objects other programs made under the plain name, are
+// no concern of this one.
+std::wstring InstanceObjectName(const char* name);
+
 class InstanceGuard {
  public:
   explicit InstanceGuard(const char* name);

@@ -150,6 +150,8 @@ PhraseList RunControl::GetCheckedPhrases() const {
   ForEachLine(*state, [&](std::string_view line) {
     // Any digit but 0 marks a checked category here.
     if (line.empty() || line[0] < '1' || line[0] > '9') return;
+    // A hand-edited line cannot send the gathering outside "Lists".
+    if (!NamesFileInLists(line.substr(1))) return;
     const auto text = files_.ReadAll(CategoryFilePath(programFolder_, line.substr(1)));
     if (!text || TrimSpaces(*text).empty()) return;
     gathered.Expect(static_cast<std::size_t>(std::count(text->begin(), text->end(), '\n')) + 1);

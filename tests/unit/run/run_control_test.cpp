@@ -121,6 +121,13 @@ TEST_F(RunControlTest, GatheringALargeLibraryKeepsWhatOneByOneAddingGives) {
   EXPECT_EQ(run.GetCheckedPhrases(), expected);
 }
 
+TEST_F(RunControlTest, AHandEditedStateFileCannotGatherFromOutsideTheListsFolder) {
+  folder.Put("\\secret.lst", "1Outside the folder");
+  folder.Put("\\Lists\\Inner\\deep.lst", "1Below the folder");
+  Library("1..\\secret\r\n1../secret\r\n1Inner\\deep\r\n1Inner/deep\r\n1C:deep\r\n1Calm", {{"Calm", "1Inside"}});
+  EXPECT_EQ(run.GetCheckedPhrases(), Phrases{"Inside"});
+}
+
 TEST_F(RunControlTest, GathersNothingFromMissingOrBlankFiles) {
   EXPECT_EQ(run.GetCheckedPhrases(), std::nullopt);
   Library("1Blank\r\n1Empty", {{"Blank", "   "}, {"Empty", ""}});

@@ -59,6 +59,23 @@ TEST(Application, TheFirstGuardOwnsTheNameUntilItEnds) {
   EXPECT_FALSE(later.PrevInstance());
 }
 
+TEST(Application, ObjectsUnderThePlainNameOrAnotherUsersNameBlockNothing) {
+  const char* name = "Quillmere.Test.Squatted";
+  // Another program (or another user's copy) holds the plain name, in the
+  // global and the session namespace, and a name with another identifier.
+  const HANDLE plain = ::CreateMutexW(nullptr, FALSE, L"Quillmere.Test.Squatted");
+  const HANDLE global = ::CreateMutexW(nullptr, FALSE, L"Global\\Quillmere.Test.Squatted");
+  const HANDLE other = ::CreateMutexW(nullptr, FALSE, L"Local\\Quillmere.Test.Squatted.S-1-5-21-1-2-3-1001");
+  ASSERT_TRUE(plain && global && other);
+  const std::wstring own = InstanceObjectName(name);
+  EXPECT_EQ(own.rfind(L"Local\\Quillmere.Test.Squatted.S-1-", 0), 0u) << own.size();
+  InstanceGuard guard(name);
+  EXPECT_FALSE(guard.PrevInstance());
+  ::CloseHandle(plain);
+  ::CloseHandle(global);
+  ::CloseHandle(other);
+}
+
 // Answers the message box that Show opens, remembering its title and text.
 BOOL CALLBACK TextOfChild(HWND child, LPARAM text) {
   wchar_t buffer[256] = {};
