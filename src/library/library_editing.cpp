@@ -68,6 +68,11 @@ std::string CategoryNameNotInCodePage() {
          "Western European text). Please choose another name.";
 }
 
+std::string PhraseNotInCodePage() {
+  return "The phrase holds characters that the library's files cannot store (they keep Western European "
+         "text). Please type the phrase without them.";
+}
+
 LibraryEditing::LibraryEditing(MessageLibrary& library, CheckedList& categories, CheckedList& phrases,
                                FileSystem& files, Prompts& prompts, EventPump& events)
     : library_(library),

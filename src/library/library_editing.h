@@ -50,6 +50,8 @@ std::optional<std::string> CategoryNameProblem(std::string_view name);
 // The message for a name typed with characters outside Windows-1252, which
 // the library's files cannot hold (the window converts what is typed).
 std::string CategoryNameNotInCodePage();
+// The same for a phrase: the category files keep Windows-1252 text too.
+std::string PhraseNotInCodePage();
 
 // What a key typed into a text box does.
 enum class KeyAction {

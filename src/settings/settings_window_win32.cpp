@@ -1,13 +1,116 @@
 #include "settings/settings_window_win32.h"
 
-#include <utility>
+// After windows.h:
+#include <commctrl.h>
+#include <uxtheme.h>
+#include <winver.h>
 
-#include "platform/gdi_win32.h"
+#include <cctype>
+#include <utility>
+#include <vector>
+
+#include "platform/ansi_text.h"
 #include "platform/screen_win32.h"
 #include "platform/twips.h"
+#include "platform/wide_text_win32.h"
 #include "settings/tray_res.h"
 
 namespace qm::win32 {
+namespace {
+
+constexpr COLORREF kWhite = RGB(255, 255, 255);
+constexpr COLORREF kBlack = RGB(0, 0, 0);
+
+// What the Help and About tabs show.
+constexpr std::string_view kHelpFile = "\\Help.rtf";
+constexpr std::string_view kAboutFile = "\\About.rtf";
+
+// The rich-text view's size: the window's outer size less these (twips).
+constexpr int kRtfWidthMargin = 450;
+constexpr int kRtfHeightMargin = 1700;
+// The view ends this far above the Start row, so that Start and Exit stay
+// in sight on the Help and About pages.
+constexpr int kRtfGapAboveStart = 60;
+constexpr int kStartRowTop = 525 + 5160;
+
+// A font of the given face and size in points (hundredths), at the
+// screen's vertical dots per inch.
+HFONT MakeFont(const wchar_t* face, int hundredthsOfPoint, bool bold, int dpiY) {
+  LOGFONTW lf{};
+  lf.lfHeight = -MulDivRound(hundredthsOfPoint, dpiY, 7200);
+  lf.lfWeight = bold ? FW_BOLD : FW_NORMAL;
+  lf.lfCharSet = DEFAULT_CHARSET;
+  lf.lfQuality = DEFAULT_QUALITY;
+  lstrcpynW(lf.lfFaceName, face, LF_FACESIZE);
+  return ::CreateFontIndirectW(&lf);
+}
+
+// A box's text as Windows-1252; nothing when it holds a character that
+// Windows-1252 cannot hold.
+std::optional<std::string> WindowTextAnsi(HWND hwnd) {
+  const int length = ::GetWindowTextLengthW(hwnd);
+  std::wstring wide(static_cast<std::size_t>(length) + 1, L'\0');
+  const int got = ::GetWindowTextW(hwnd, wide.data(), length + 1);
+  wide.resize(static_cast<std::size_t>(got > 0 ? got : 0));
+  const std::optional<std::string> utf8 = NarrowStrict(wide);
+  if (!utf8) return std::nullopt;
+  return Utf8ToAnsi(*utf8);
+}
+
+void SetWindowTextAnsi(HWND hwnd, std::string_view ansi) {
+  ::SetWindowTextW(hwnd, Widen(AnsiToUtf8(ansi)).c_str());
+}
+
+// The window's blue, for the window class, the panel and the labels: one
+// brush for the program's life (the classes keep it).
+HBRUSH BlueBrush() {
+  static Brush blue(::CreateSolidBrush(kSettingsBlue));
+  return blue.Get();
+}
+
+}  // namespace
+
+std::string VersionText() {
+  const std::wstring path = ProgramFilePath();
+  DWORD ignored = 0;
+  const DWORD size = ::GetFileVersionInfoSizeW(path.c_str(), &ignored);
+  if (size == 0) return {};
+  std::vector<unsigned char> data(size);
+  if (!::GetFileVersionInfoW(path.c_str(), 0, size, data.data())) return {};
+  VS_FIXEDFILEINFO* info = nullptr;
+  UINT length = 0;
+  if (!::VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&info), &length) || !info ||
+      length < sizeof(VS_FIXEDFILEINFO))
+    return {};
+  return "Version " + std::to_string(HIWORD(info->dwFileVersionMS)) + "." +
+         std::to_string(LOWORD(info->dwFileVersionMS)) + "." + std::to_string(HIWORD(info->dwFileVersionLS));
+}
+
+bool SettingsPanel::Create(HWND parent, const RECT& bounds, HBRUSH background, int id) {
+  CreateArgs args;
+  args.className = kPanelClassName;
+  args.background = background;
+  args.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
+  args.exStyle = WS_EX_CONTROLPARENT;
+  args.x = bounds.left;
+  args.y = bounds.top;
+  args.width = bounds.right - bounds.left;
+  args.height = bounds.bottom - bounds.top;
+  args.parent = parent;
+  args.menuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+  return Window::Create(args);
+}
+
+LRESULT SettingsPanel::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
+  switch (msg) {
+    case WM_CTLCOLORSTATIC:
+    case WM_COMMAND:
+    case WM_NOTIFY:
+      return ::SendMessageW(::GetParent(Hwnd()), msg, wParam, lParam);
+    default:
+      return Window::HandleMessage(msg, wParam, lParam);
+  }
+}
 
 frmSettings::frmSettings(MessageLoop& loop, FileSystem& files, Prompts& prompts, std::string programFolder)
     : loop_(loop),
@@ -33,45 +136,250 @@ frmSettings::~frmSettings() {
 bool frmSettings::CreateTheWindow() {
   // The client area's size in pixels of this screen, centred on it.
   const Dpi dpi = ScreenLogicalDpi();
-  const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
-  RECT frame{0, 0, TwipsToPixels(kSettingsClientWidth, dpi.x), TwipsToPixels(kSettingsClientHeight, dpi.y)};
-  ::AdjustWindowRectEx(&frame, style, FALSE, 0);
+  dpiX_ = UsableDpi(dpi.x);
+  dpiY_ = UsableDpi(dpi.y);
+  const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+  RECT frame{0, 0, TwipsToPixels(kSettingsClientWidth, dpiX_), TwipsToPixels(kSettingsClientHeight, dpiY_)};
+  ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_CONTROLPARENT);
   const int width = frame.right - frame.left;
   const int height = frame.bottom - frame.top;
 
-  static Brush blue(::CreateSolidBrush(kSettingsBlue));  // the class's, for the program's life
   CreateArgs args;
-  args.className = "QuillmereSettings";
-  args.background = blue.Get();
+  args.className = kSettingsClassName;
+  args.background = BlueBrush();
   args.icon = LoadTrayIcon(IDI_TRAY_RUNNING, 32);
   args.smallIcon = LoadTrayIcon(IDI_TRAY_RUNNING, 16);
   args.title = kSettingsCaption;
   args.style = style;
+  args.exStyle = WS_EX_CONTROLPARENT;
   args.x = (::GetSystemMetrics(SM_CXSCREEN) - width) / 2;
   args.y = (::GetSystemMetrics(SM_CYSCREEN) - height) / 2;
   args.width = width;
   args.height = height;
-  return Create(args);
+  if (!Create(args)) return false;
+  CreateControls();
+  return true;
+}
+
+RECT frmSettings::Pixels(int left, int top, int width, int height) const {
+  const int x = TwipsToPixels(left, dpiX_);
+  const int y = TwipsToPixels(top, dpiY_);
+  return RECT{x, y, x + TwipsToPixels(width, dpiX_), y + TwipsToPixels(height, dpiY_)};
+}
+
+HWND frmSettings::MakeControl(const wchar_t* className, const wchar_t* text, DWORD style, HWND parent,
+                              const RECT& bounds, int id, HFONT font, DWORD exStyle) {
+  const HWND hwnd = ::CreateWindowExW(exStyle, className, text, WS_CHILD | WS_CLIPSIBLINGS | style, bounds.left,
+                                      bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, parent,
+                                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ThisModule(), nullptr);
+  if (hwnd && font) ::SendMessageW(hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+  return hwnd;
+}
+
+void frmSettings::AddTooltip(HWND control, const char* text) {
+  if (!tooltips_ || !control) return;
+  std::wstring wide = Widen(text);
+  TTTOOLINFOW tool{};
+  tool.cbSize = sizeof tool;
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = Window::Hwnd();
+  tool.uId = reinterpret_cast<UINT_PTR>(control);
+  tool.lpszText = wide.data();
+  ::SendMessageW(tooltips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+isButtonWindow& frmSettings::MakeButton(isButtonWindow& button, const TwipBounds& bounds, const char* caption,
+                                        int id, std::function<void()> click, bool blueBack) {
+  PropertyStore stored{{"Style", 10}, {"iNonThemeStyle", 0}, {"Caption", caption}, {"ToolTipType", 0}};
+  if (blueBack) stored.Set("BackColor", std::int64_t{0x00B36A36});
+  button.Create(Picture2_.Hwnd(), bounds, stored, id);
+  button.Model().events.Click = std::move(click);
+  return button;
+}
+
+void frmSettings::CreateControls() {
+  const HWND form = Window::Hwnd();
+  labelFont_.Reset(MakeFont(L"Arial", 975, true, dpiY_));
+  listFont_.Reset(MakeFont(L"Arial", 975, false, dpiY_));
+  versionFont_.Reset(MakeFont(L"Arial", 825, false, dpiY_));
+  guiFont_ = static_cast<HFONT>(::GetStockObject(DEFAULT_GUI_FONT));
+
+  INITCOMMONCONTROLSEX common{sizeof common, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
+  ::InitCommonControlsEx(&common);
+  tooltips_ = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT,
+                                CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, ThisModule(), nullptr);
+  if (tooltips_) ::SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, TwipsToPixels(4500, dpiX_));
+
+  // Children of the window, in the order the Tab key visits them; the
+  // panel Picture2 goes beneath them all, its buttons last in the order.
+  TabMenu_.Create(form, 0, 0, kSettingsClientWidth, kIdTabMenu);
+
+  txtEditCat_ = MakeControl(WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, form,
+                            Pixels(180, 1560, 3195, 375), kIdTxtEditCat, guiFont_, WS_EX_CLIENTEDGE);
+  txtEditWord_ = MakeControl(WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, form,
+                             Pixels(3480, 1560, 3195, 375), kIdTxtEditWord, guiFont_, WS_EX_CLIENTEDGE);
+  for (HWND box : {txtEditCat_, txtEditWord_})
+    if (box) ::SetWindowSubclass(box, &frmSettings::EditProc, static_cast<UINT_PTR>(::GetDlgCtrlID(box)),
+                                 reinterpret_cast<DWORD_PTR>(this));
+  lstMessageCategoriesView_.Create(form, Pixels(180, 1980, 3195, 1410), listFont_.Get(), kIdLstMessageCategories);
+  lstPhrasesView_.Create(form, Pixels(3480, 1980, 3195, 1410), listFont_.Get(), kIdLstPhrases);
+  lstMessageCategoriesView_.ItemCheck = [this] { library_.lstMessageCategories_ItemCheck(); };
+  lstPhrasesView_.ItemCheck = [this] { library_.lstPhrases_ItemCheck(); };
+
+  // The timing captions sit in their frame (120 twips in, 300 and 960
+  // down), above it.
+  lblDuration_ = MakeControl(WC_STATICW, L"", WS_VISIBLE | SS_CENTER, form, Pixels(180 + 120, 3660 + 300, 2775, 375),
+                             kIdLblDuration, listFont_.Get());
+  lblFrequency_ = MakeControl(WC_STATICW, L"", WS_VISIBLE | SS_CENTER, form,
+                              Pixels(180 + 120, 3660 + 960, 2775, 375), kIdLblFrequency, listFont_.Get());
+
+  fraTimesAndDuration_ = MakeControl(WC_BUTTONW, L"Times and Duration", WS_VISIBLE | BS_GROUPBOX, form,
+                                     Pixels(180, 3660, 3135, 1755), kIdFraTimesAndDuration, labelFont_.Get());
+  fraFont_ = MakeControl(WC_BUTTONW, L"Font", WS_VISIBLE | BS_GROUPBOX, form, Pixels(3540, 3660, 3135, 1755),
+                         kIdFraFont, labelFont_.Get());
+  // The frames paint themselves blue with their white captions, under
+  // every visual style.
+  for (HWND frame : {fraTimesAndDuration_, fraFont_})
+    if (frame) {
+      ::SetWindowTheme(frame, L"", L"");
+      ::SetWindowSubclass(frame, &frmSettings::FrameProc, static_cast<UINT_PTR>(::GetDlgCtrlID(frame)),
+                          reinterpret_cast<DWORD_PTR>(this));
+    }
+  rtfHelp_.Create(form, Pixels(180, 600, 6420, 4500), kSettingsBlue, kIdRtfHelp);
+
+  // Only the top pixel of Stop lies inside the window.
+  cmdStop_ = MakeControl(WC_BUTTONW, L"Stop", WS_VISIBLE | BS_PUSHBUTTON, form, Pixels(2700, 6240, 1395, 435),
+                         kIdCmdStop, guiFont_);
+
+  Picture2_.Create(form, Pixels(0, 525, 6870, 5655), BlueBrush(), kIdPicture2);
+  ::SetWindowPos(Picture2_.Hwnd(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  const HWND panel = Picture2_.Hwnd();
+  Label1_ = MakeControl(WC_STATICW, L"Select Your Categories", WS_VISIBLE | SS_CENTER, panel,
+                        Pixels(180, 180, 3195, 315), kIdLabel1, labelFont_.Get());
+  Label2_ = MakeControl(WC_STATICW, L"Add/Edit Subliminal Phrases", WS_VISIBLE | SS_CENTER, panel,
+                        Pixels(3480, 180, 3195, 315), kIdLabel2, labelFont_.Get());
+  MakeButton(cmdAddCat_, {180, 540, 975, 435}, "Add", kIdCmdAddCat,
+             [this] { RunEditing(NeedsText::Category, [this] { editing_->cmdAddCat_Click(); }); }, true);
+  MakeButton(cmdEditCat_, {1290, 540, 975, 435}, "Edit", kIdCmdEditCat,
+             [this] { RunEditing(NeedsText::None, [this] { editing_->cmdEditCat_Click(); }); }, false);
+  MakeButton(cmdDeleteCat_, {2400, 540, 975, 435}, "Delete", kIdCmdDeleteCat,
+             [this] { RunEditing(NeedsText::None, [this] { editing_->cmdDeleteCat_Click(); }); }, false);
+  MakeButton(cmdAdd_, {3480, 540, 975, 435}, "Add", kIdCmdAdd,
+             [this] { RunEditing(NeedsText::Phrase, [this] { editing_->cmdAdd_Click(); }); }, false);
+  cmdAdd_.Model().SetBackColor(0x00FF8080);
+  MakeButton(cmdEdit_, {4590, 540, 975, 435}, "Edit", kIdCmdEdit,
+             [this] { RunEditing(NeedsText::None, [this] { editing_->cmdEdit_Click(); }); }, false);
+  MakeButton(cmdDelete_, {5700, 540, 975, 435}, "Delete", kIdCmdDelete,
+             [this] { RunEditing(NeedsText::None, [this] { editing_->cmdDelete_Click(); }); }, true);
+  MakeButton(cmdStart_, {1920, 5160, 1395, 435}, "&Start", kIdCmdStart, [this] { cmdStart_Click(); }, false);
+  MakeButton(cmdClose_, {3540, 5160, 1395, 435}, "E&xit", kIdCmdClose, [this] { cmdClose_Click(); }, false);
+  lblVersion_ = MakeControl(WC_STATICW, L"", SS_RIGHT, panel, Pixels(5340, 5280, 1395, 255), kIdLblVersion,
+                            versionFont_.Get());
+
+  AddTooltip(txtEditCat_, "You can enter or edit subliminal message categories here");
+  AddTooltip(txtEditWord_,
+             "To add a subliminal message first select a category and then type in a new message and click "
+             "'Add'");
+  AddTooltip(lstMessageCategoriesView_.Hwnd(),
+             "This is the list of subliminal message categories. Check the ones who want to view.");
+  AddTooltip(lstPhrasesView_.Hwnd(), "List is the list of subliminal messages for the selected category.");
+  AddTooltip(cmdStop_, "Click this button to stop the subliminal messages");
+
+  TabMenu_.Model().events.ItemClick = [this] { TabMenu_ItemClick(); };
+  editing_ = std::make_unique<LibraryEditing>(library_, lstMessageCategories_, lstPhrases_, files_, prompts_, pump_);
+  editing_->SetFocus = [this](LibraryEditing::Box box) {
+    ::SetFocus(box == LibraryEditing::Box::Category ? txtEditCat_ : txtEditWord_);
+  };
+  loop_.SetFilter([this](MSG& msg) { return PreTranslate(msg); });
+}
+
+void frmSettings::SizeRtfHelp() {
+  RECT outer{};
+  if (!rtfHelp_.Hwnd() || !::GetWindowRect(Window::Hwnd(), &outer)) return;
+  const int outerWidth = PixelsToTwips(outer.right - outer.left, dpiX_);
+  const int outerHeight = PixelsToTwips(outer.bottom - outer.top, dpiY_);
+  int height = outerHeight - kRtfHeightMargin;
+  if (600 + height > kStartRowTop - kRtfGapAboveStart) height = kStartRowTop - kRtfGapAboveStart - 600;
+  const RECT r = Pixels(180, 600, outerWidth - kRtfWidthMargin, height);
+  ::MoveWindow(rtfHelp_.Hwnd(), r.left, r.top, r.right - r.left, r.bottom - r.top, TRUE);
+}
+
+void frmSettings::ShowTimingCaptions() {
+  if (!timingPanel_) return;
+  if (lblDuration_) ::SetWindowTextW(lblDuration_, Widen(timingPanel_->lblDuration).c_str());
+  if (lblFrequency_) ::SetWindowTextW(lblFrequency_, Widen(timingPanel_->lblFrequency).c_str());
+}
+
+void frmSettings::ShowMessagesPage(bool show) {
+  const int how = show ? SW_SHOW : SW_HIDE;
+  for (HWND control : {Label1_, Label2_, lstMessageCategoriesView_.Hwnd(), lstPhrasesView_.Hwnd(), txtEditWord_,
+                       txtEditCat_, cmdAdd_.Hwnd(), cmdEdit_.Hwnd(), cmdDelete_.Hwnd(), cmdAddCat_.Hwnd(),
+                       cmdEditCat_.Hwnd(), cmdDeleteCat_.Hwnd(), fraTimesAndDuration_, fraFont_, lblDuration_,
+                       lblFrequency_})
+    if (control) ::ShowWindow(control, how);
+}
+
+void frmSettings::ShowPage(std::string_view rtfFile) {
+  if (rtfHelp_.Hwnd()) {
+    ::ShowWindow(rtfHelp_.Hwnd(), SW_SHOW);
+    // A missing or unreadable file leaves the box as it was, silently.
+    if (const auto bytes = files_.ReadAll(ProgramPath(programFolder_, rtfFile))) rtfHelp_.LoadRtf(*bytes);
+  }
+  ShowMessagesPage(false);
+  if (lblVersion_) ::ShowWindow(lblVersion_, SW_SHOW);
+}
+
+void frmSettings::TabMenu_ItemClick() {
+  const std::string& item = TabMenu_.Model().SelectedItem();
+  if (item == "About") {
+    ShowPage(kAboutFile);
+  } else if (item == "Help") {
+    ShowPage(kHelpFile);
+  } else {
+    if (lblVersion_) ::ShowWindow(lblVersion_, SW_HIDE);
+    if (rtfHelp_.Hwnd()) ::ShowWindow(rtfHelp_.Hwnd(), SW_HIDE);
+    ShowMessagesPage(true);
+  }
 }
 
 bool frmSettings::Form_Load(std::string_view commandLine) {
   // (The one-instance test ran before: WinMain ends a second copy at once.)
   if (!CreateTheWindow()) return false;
 
-  // From here on a failing step is passed over and set-up goes on. The
-  // temporary files of writes that an earlier run did not finish go first
-  // (this is the only copy running).
+  // From here on a failing step is passed over and set-up goes on.
+  if (lblVersion_) ::SetWindowTextW(lblVersion_, Widen(VersionText()).c_str());
+
+  // The temporary files of writes that an earlier run did not finish go
+  // first (this is the only copy running); then the pending data file.
   files_.RemoveTemporaryFiles(programFolder_);
   files_.RemoveTemporaryFiles(ListsFolderPath(programFolder_));
   PromotePendingData(files_, programFolder_);
 
-  // The tray icon with the running icon and the start-up tip.
+  // The tabs; the first one selected shows the Messages page.
+  TabMenu_.Model().AddButton(1, "Messages");
+  TabMenu_.Model().AddButton(1, "Help");
+  TabMenu_.Model().AddButton(1, "About");
+  TabMenu_.Model().SetTabFocus(1);
+
+  // The tray icon with the running icon and the start-up tip; its menu
+  // opens this window.
   SetWindowIcon(StatusIcon::Running);
   tag_ = kTipStartUp;
+  tray_.Menu().mnuSettingsEnabled = true;
   tray_.Tray().ShowIcon(*this, tag_);
 
-  // The category list with its marks, the first category's phrases.
-  library_.StartUp();
+  // The category list with its marks, the first category highlighted
+  // (which loads its phrases).
+  library_.ListCategories();
+  library_.LoadCheckedCategories();
+  if (lstMessageCategories_.ListCount() > 0) lstMessageCategories_.SetListIndex(0);
+
+  // The Help and About view, hidden, sized after the window.
+  if (rtfHelp_.Hwnd()) ::ShowWindow(rtfHelp_.Hwnd(), SW_HIDE);
+  SizeRtfHelp();
+
+  // The highlighted category's phrases once more.
+  library_.lstMessageCategories_Click();
 
   // The message window, stopped at once, with the checked categories'
   // phrases.
@@ -82,17 +390,23 @@ bool frmSettings::Form_Load(std::string_view commandLine) {
 
   // The stored settings, applied to the panels and the message window.
   timingPanel_ = std::make_unique<TimingPanel>(store_, flasher_->Form());
+  timingPanel_->Changed = [this] { ShowTimingCaptions(); };
   fontPanel_ = std::make_unique<FontPanel>(store_, flasher_->Form());
   LoadSettings(store_, {fontPanel_->lblPreview, fontPanel_->ColorPicker1, timingPanel_->bvlWHEEL1,
                        timingPanel_->bvlWHEEL2, flasher_->Form()});
+  ShowTimingCaptions();
 
   // The watchdog runs from here to shutdown.
   STimer1_.SetEnabled(true);
 
-  // Until the window has its pages a first run has nothing to show: the
-  // display stays stopped until the tray menu's Start.
-  if (!RunControl::IsFirstRun(commandLine)) runControl_->StartUpEnd(commandLine, prompts_);
+  // A first run shows this window with its hint and leaves the display
+  // stopped; otherwise Start is pressed, which hides the window.
+  runControl_->StartUpEnd(commandLine, prompts_);
   return true;
+}
+
+void frmSettings::cmdStart_Click() {
+  if (runControl_) runControl_->cmdStart_Click();
 }
 
 void frmSettings::cmdClose_Click() {
@@ -105,6 +419,7 @@ void frmSettings::Form_Unload() {
   unloaded_ = true;
   STimer1_.SetEnabled(false);
   // Every other window: the flasher's unload repaints the desktop.
+  loop_.SetFilter(nullptr);
   runControl_.reset();
   fontPanel_.reset();
   timingPanel_.reset();
@@ -115,9 +430,40 @@ void frmSettings::Form_Unload() {
   }
 }
 
+LRESULT frmSettings::ColorStatic(HDC dc, HWND control) {
+  const bool frame = control == fraTimesAndDuration_ || control == fraFont_;
+  ::SetTextColor(dc, control == lblVersion_ ? kBlack : kWhite);
+  ::SetBkColor(dc, kSettingsBlue);
+  // A frame's caption covers its line; the labels are transparent.
+  ::SetBkMode(dc, frame ? OPAQUE : TRANSPARENT);
+  return reinterpret_cast<LRESULT>(BlueBrush());
+}
+
 LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
   if (tray_.HandleMessage(msg, wParam, lParam)) return 0;
   switch (msg) {
+    case WM_CTLCOLORSTATIC:
+      return ColorStatic(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+    case WM_COMMAND:
+      if (LOWORD(wParam) == kIdCmdStop && HIWORD(wParam) == BN_CLICKED && runControl_) runControl_->cmdStop_Click();
+      return 0;
+    case WM_NOTIFY: {
+      const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+      if (lstMessageCategoriesView_.HandleNotify(header) || lstPhrasesView_.HandleNotify(header)) return 0;
+      return Window::HandleMessage(msg, wParam, lParam);
+    }
+    case CheckedListView::kResyncMessage:
+      if (static_cast<int>(wParam) == kIdLstMessageCategories) lstMessageCategoriesView_.ShowModelHighlight();
+      if (static_cast<int>(wParam) == kIdLstPhrases) lstPhrasesView_.ShowModelHighlight();
+      return 0;
+    case WM_SIZE: {
+      // The panel always reaches the bottom edge.
+      RECT outer{};
+      if (Picture2_.Hwnd() && ::GetWindowRect(Window::Hwnd(), &outer))
+        ::SetWindowPos(Picture2_.Hwnd(), nullptr, 0, 0, TwipsToPixels(6870, dpiX_), outer.bottom - outer.top,
+                       SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      return 0;
+    }
     case WM_CLOSE:
       // Closing the window by any other means than the Close button
       // unloads it without a question, and so ends the program.
@@ -132,6 +478,141 @@ LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
     default:
       return Window::HandleMessage(msg, wParam, lParam);
   }
+}
+
+bool frmSettings::PreTranslate(MSG& msg) {
+  const HWND form = Window::Hwnd();
+  if (!form || !::IsWindowVisible(form) || !msg.hwnd || (msg.hwnd != form && !::IsChild(form, msg.hwnd)))
+    return false;
+  if (msg.message == WM_SYSCHAR) {
+    // Alt and a button's access key press it (Start, Exit).
+    const char key = static_cast<char>(std::toupper(static_cast<unsigned char>(msg.wParam & 0xFF)));
+    for (isButtonWindow* button : {&cmdStart_, &cmdClose_, &cmdAddCat_, &cmdEditCat_, &cmdDeleteCat_, &cmdAdd_,
+                                   &cmdEdit_, &cmdDelete_}) {
+      if (!button->Hwnd() || !::IsWindowVisible(button->Hwnd())) continue;
+      const char access = ParseAccessKey(button->Model().Caption()).key;
+      if (access != 0 && access == key) {
+        button->AccessKeyPress();
+        return true;
+      }
+    }
+  }
+  return ::IsDialogMessageW(form, &msg) != FALSE;
+}
+
+void frmSettings::RunEditing(NeedsText needs, const std::function<void()>& command) {
+  if (!editing_) return;
+  const std::optional<std::string> category = WindowTextAnsi(txtEditCat_);
+  const std::optional<std::string> phrase = WindowTextAnsi(txtEditWord_);
+  if (needs == NeedsText::Category && !category) {
+    prompts_.Show(CategoryNameNotInCodePage(), PromptIcon::Exclamation, PromptButtons::Ok);
+    return;
+  }
+  if (needs == NeedsText::Phrase && !phrase) {
+    prompts_.Show(PhraseNotInCodePage(), PromptIcon::Exclamation, PromptButtons::Ok);
+    return;
+  }
+  if (category) editing_->txtEditCat = *category;
+  if (phrase) editing_->txtEditWord = *phrase;
+  const std::string categoryBefore = editing_->txtEditCat;
+  const std::string phraseBefore = editing_->txtEditWord;
+  command();
+  if (editing_->txtEditCat != categoryBefore) SetWindowTextAnsi(txtEditCat_, editing_->txtEditCat);
+  if (editing_->txtEditWord != phraseBefore) SetWindowTextAnsi(txtEditWord_, editing_->txtEditWord);
+}
+
+bool frmSettings::EditKeyPress(LibraryEditing::Box box, wchar_t ch) {
+  if (!editing_ || ch >= 128) return false;
+  const bool category = box == LibraryEditing::Box::Category;
+  const char key = static_cast<char>(ch);
+  if (key == '\r') {
+    // Enter runs the box's Add, and is dropped.
+    RunEditing(category ? NeedsText::Category : NeedsText::Phrase, [&] {
+      if (category)
+        editing_->txtEditCat_KeyPress(key);
+      else
+        editing_->txtEditWord_KeyPress(key);
+    });
+    return true;
+  }
+  const KeyAction action = category ? editing_->txtEditCat_KeyPress(key) : editing_->txtEditWord_KeyPress(key);
+  return action == KeyAction::Discard;
+}
+
+void frmSettings::PaintFrame(HWND frame, HDC dc) const {
+  RECT client{};
+  ::GetClientRect(frame, &client);
+  ::FillRect(dc, &client, BlueBrush());
+  const HGDIOBJ oldFont = ::SelectObject(dc, labelFont_.Get());
+  TEXTMETRICW metrics{};
+  ::GetTextMetricsW(dc, &metrics);
+  RECT edge = client;
+  edge.top += metrics.tmHeight / 2;
+  ::DrawEdge(dc, &edge, EDGE_ETCHED, BF_RECT);
+  wchar_t caption[128] = {};
+  const int length = ::GetWindowTextW(frame, caption, 128);
+  if (length > 0) {
+    SIZE size{};
+    ::GetTextExtentPoint32W(dc, caption, length, &size);
+    const int gap = metrics.tmAveCharWidth;
+    RECT text{gap, 0, gap + size.cx + gap / 2, metrics.tmHeight};
+    ::SetTextColor(dc, kWhite);
+    ::SetBkColor(dc, kSettingsBlue);
+    ::SetBkMode(dc, OPAQUE);
+    ::ExtTextOutW(dc, gap, 0, ETO_OPAQUE, &text, caption, static_cast<UINT>(length), nullptr);
+  }
+  ::SelectObject(dc, oldFont);
+}
+
+LRESULT CALLBACK frmSettings::FrameProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                        DWORD_PTR self) {
+  const auto* form = reinterpret_cast<const frmSettings*>(self);
+  switch (msg) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT: {
+      PAINTSTRUCT ps{};
+      if (const HDC dc = ::BeginPaint(hwnd, &ps)) {
+        form->PaintFrame(hwnd, dc);
+        ::EndPaint(hwnd, &ps);
+      }
+      return 0;
+    }
+    case WM_NCDESTROY:
+      ::RemoveWindowSubclass(hwnd, &frmSettings::FrameProc, id);
+      break;
+    default:
+      break;
+  }
+  return ::DefSubclassProc(hwnd, msg, wParam, lParam);
+}
+
+LRESULT CALLBACK frmSettings::EditProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                       DWORD_PTR self) {
+  auto* form = reinterpret_cast<frmSettings*>(self);
+  const auto box = id == kIdTxtEditCat ? LibraryEditing::Box::Category : LibraryEditing::Box::Phrase;
+  switch (msg) {
+    case WM_GETDLGCODE: {
+      // The box takes Enter itself, so that the dialog keys leave it alone.
+      const auto* key = reinterpret_cast<const MSG*>(lParam);
+      LRESULT code = ::DefSubclassProc(hwnd, msg, wParam, lParam);
+      if (key && key->message == WM_KEYDOWN && key->wParam == VK_RETURN) code |= DLGC_WANTALLKEYS;
+      return code;
+    }
+    case WM_CHAR:
+      try {
+        if (form->EditKeyPress(box, static_cast<wchar_t>(wParam))) return 0;
+      } catch (...) {
+        return 0;
+      }
+      break;
+    case WM_NCDESTROY:
+      ::RemoveWindowSubclass(hwnd, &frmSettings::EditProc, id);
+      break;
+    default:
+      break;
+  }
+  return ::DefSubclassProc(hwnd, msg, wParam, lParam);
 }
 
 bool frmSettings::SettingsWindowVisible() const {

@@ -3,11 +3,16 @@
 // record, the category and phrase lists). Its load routine is the program's
 // start-up, its unload routine the shutdown.
 //
-// The window's pages (tab bar, lists, panels) are not built yet: the window
-// stays hidden, the tray menu's Settings item is greyed, and a first run
-// leaves the display stopped until the tray menu's Start. The library, the
-// settings and the panels' models are loaded all the same, so the display
-// runs with the user's phrases, font, colour and timings.
+// The window holds three pages behind its tab bar: Messages (the category
+// and phrase lists with their text boxes and editing buttons, and the two
+// frames of the timing and font panels), Help and About (a read-only
+// rich-text view of Help.rtf or About.rtf in the program folder, read again
+// at every click of the tab). Start, Exit and the tab bar are on every
+// page. Geometry is in twips, turned into pixels at the screen's logical
+// dots per inch.
+//
+// Keyboard: Tab and Shift+Tab walk the edit boxes, the lists, the editing
+// buttons, Start and Exit; Alt+S presses Start and Alt+X Exit.
 #pragma once
 
 #include <windows.h>
@@ -16,17 +21,24 @@
 #include <string>
 #include <string_view>
 
+#include "controls/is_button_win32.h"
+#include "controls/tab_menu_win32.h"
 #include "display/message_window_win32.h"
+#include "library/library_editing.h"
 #include "library/checked_list.h"
 #include "library/message_library.h"
 #include "library/settings_store.h"
 #include "platform/application_win32.h"
+#include "platform/gdi_win32.h"
 #include "platform/file_system.h"
 #include "platform/message_loop_win32.h"
 #include "platform/timer_win32.h"
 #include "platform/window_win32.h"
 #include "run/run_control.h"
+#include "settings/checked_list_view_win32.h"
 #include "settings/font_panel.h"
+#include "settings/rich_text_win32.h"
+#include "settings/settings_ids.h"
 #include "settings/settings_loader.h"
 #include "settings/timing_panel.h"
 #include "settings/tray_win32.h"
@@ -40,6 +52,21 @@ inline constexpr std::string_view kExitQuestion = "Are you sure you wish to exit
 inline constexpr int kSettingsClientWidth = 6870;
 inline constexpr int kSettingsClientHeight = 6255;
 inline constexpr COLORREF kSettingsBlue = 0x00B36A36;
+
+// The plain panel Picture2: the blue ground beneath the lists and frames,
+// holding the buttons and labels. What its children tell it (colours,
+// commands, notifications) goes on to the window.
+class SettingsPanel final : public Window {
+ public:
+  bool Create(HWND parent, const RECT& bounds, HBRUSH background, int id);
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+};
+
+// "Version " and the major, minor and revision numbers of the program's
+// own version resource ("Version 1.0.7"); empty when there is none.
+std::string VersionText();
 
 class frmSettings final : public Window,
                           private RunControlHost,
@@ -63,7 +90,15 @@ class frmSettings final : public Window,
   // once; nothing is saved.
   void Form_Unload();
 
+  // Pages: the tab bar's SelectedItem decides which one shows.
+  void TabMenu_ItemClick();
+
+  // The Start button: the phrases gathered afresh, the display started.
+  void cmdStart_Click();
+
   RunControl& Run() { return *runControl_; }
+  TabMenuWindow& TabMenu() { return TabMenu_; }
+  LibraryEditing& Editing() { return *editing_; }
   TrayIcon& Tray() { return tray_; }
   frmMessage& Flasher() { return flasher_->Form(); }
   SettingsStore& Store() { return store_; }
@@ -97,7 +132,36 @@ class frmSettings final : public Window,
   void mnuExit_Click() override;
 
   bool CreateTheWindow();
+  void CreateControls();
+  HWND MakeControl(const wchar_t* className, const wchar_t* text, DWORD style, HWND parent, const RECT& bounds,
+                   int id, HFONT font, DWORD exStyle = 0);
+  void AddTooltip(HWND control, const char* text);
+  isButtonWindow& MakeButton(isButtonWindow& button, const TwipBounds& bounds, const char* caption, int id,
+                             std::function<void()> click, bool blueBack);
   void SetWindowIcon(StatusIcon icon);
+  RECT Pixels(int left, int top, int width, int height) const;
+  void SizeRtfHelp();
+  void ShowPage(std::string_view rtfFile);
+  void ShowMessagesPage(bool show);
+  void ShowTimingCaptions();
+  LRESULT ColorStatic(HDC dc, HWND control);
+  // Offered every message of the program's loop before it is dispatched:
+  // the access keys and the dialog keys of the window.
+  bool PreTranslate(MSG& msg);
+
+  // The editing commands with the text boxes read into the core before and
+  // written back after. A command that needs the text of a box whose
+  // characters the library cannot store is refused with a message.
+  enum class NeedsText { None, Category, Phrase };
+  void RunEditing(NeedsText needs, const std::function<void()>& command);
+  // A character typed into one of the boxes; true when it is dropped.
+  bool EditKeyPress(LibraryEditing::Box box, wchar_t ch);
+  // The frames' own painting: blue, an etched edge, a white caption.
+  void PaintFrame(HWND frame, HDC dc) const;
+  static LRESULT CALLBACK FrameProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                    DWORD_PTR self);
+  static LRESULT CALLBACK EditProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                   DWORD_PTR self);
 
   MessageLoop& loop_;
   FileSystem& files_;
@@ -113,6 +177,32 @@ class frmSettings final : public Window,
   MessageLibrary library_;
   SettingsStore store_;
   TrayIcon tray_;
+
+  // The controls, made with the window.
+  int dpiX_ = 96;
+  int dpiY_ = 96;
+  Font labelFont_;    // Arial 9.75 pt bold: Label1, Label2, the frames' captions
+  Font listFont_;     // Arial 9.75 pt: the lists, the timing captions
+  Font versionFont_;  // Arial 8.25 pt: lblVersion
+  HFONT guiFont_ = nullptr;
+  TabMenuWindow TabMenu_;
+  SettingsPanel Picture2_;
+  HWND Label1_ = nullptr;
+  HWND Label2_ = nullptr;
+  HWND lblVersion_ = nullptr;
+  isButtonWindow cmdAddCat_, cmdEditCat_, cmdDeleteCat_, cmdAdd_, cmdEdit_, cmdDelete_, cmdStart_, cmdClose_;
+  HWND txtEditCat_ = nullptr;
+  HWND txtEditWord_ = nullptr;
+  CheckedListView lstMessageCategoriesView_{lstMessageCategories_};
+  CheckedListView lstPhrasesView_{lstPhrases_};
+  HWND fraTimesAndDuration_ = nullptr;
+  HWND fraFont_ = nullptr;
+  HWND lblDuration_ = nullptr;
+  HWND lblFrequency_ = nullptr;
+  RichTextBox rtfHelp_;
+  HWND cmdStop_ = nullptr;
+  HWND tooltips_ = nullptr;
+  std::unique_ptr<LibraryEditing> editing_;
   WindowTimer STimer1_{std::chrono::seconds(1)};
 
   // Made in the set-up order, released in reverse at shutdown.

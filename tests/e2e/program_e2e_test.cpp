@@ -211,6 +211,13 @@ TEST(Program, StartUpPromotesPendingDataAndAFirstRunStaysStoppedUntilStart) {
   ASSERT_TRUE(folder.Remove("\\__.__"));
   RunningProgram program(folder, "FirstRun");
   StartAndWaitForTheWindow(program);
+  // The window shows with its hint, which is answered first.
+  HWND hint = nullptr;
+  ASSERT_TRUE(WaitFor([&] { return (hint = program.MessageBox()) != nullptr; }, 5s));
+  EXPECT_EQ(RunningProgram::MessageBoxText(hint), "To view help click the 'Help' tab at the top of this window.");
+  EXPECT_TRUE(::IsWindowVisible(program.SettingsWindow()));
+  ::PostMessageA(hint, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(WaitFor([&] { return program.MessageBox() == nullptr; }, 5s));
 
   EXPECT_EQ(folder.Get("\\DATA"), "new");
   EXPECT_FALSE(folder.Has("\\DATA01"));
