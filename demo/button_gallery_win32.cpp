@@ -157,7 +157,10 @@ class Gallery : public Window {
       case 2:
         ::SendMessageA(h, WM_MOUSEMOVE, 0, MAKELPARAM(10, 10));
         ::SendMessageA(h, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
-        ::ReleaseCapture();  // the pointer stays free for the others
+        // The pointer stays free for the others; held, the button does
+        // not hear that it lost the mouse (it would drop its pressed look).
+        ::SetWindowSubclass(h, &HoldState, 1, 0);
+        ::ReleaseCapture();
         break;
       case 3:
         b.Model().SetEnabled(false);

@@ -172,6 +172,10 @@ ButtonPoint IconPosition(int iconAlign, int w, int h, int s, int m, bool pressed
 
 isButton::isButton(ButtonSurface& surface) : surface_(surface) {}
 
+isButton::~isButton() {
+  *live_ = false;
+}
+
 // --- Properties -----------------------------------------------------------
 
 void isButton::InitProperties(std::string_view controlName) {
@@ -243,8 +247,9 @@ void isButton::ReadProperties(const PropertyStore& s) {
   surface_.EnableSurface(enabled_);
 }
 
-// The tooltip text is not written while it is the container's own: the
-// container keeps that one itself.
+// The tooltip text is the control's while its tooltip shows and the
+// container's otherwise; the container keeps no store of its own, so the
+// text is written here whenever there is one.
 void isButton::WriteProperties(PropertyStore& s) const {
   s.WriteAlways("Icon", icon_);
   s.WriteLong("Style", style_, 3);
@@ -260,7 +265,7 @@ void isButton::WriteProperties(PropertyStore& s) const {
   s.WriteColor("HighlightColor", highlightColor_, surface_.SystemColor(kSysHighlight));
   s.WriteColor("FontColor", fontColor_, surface_.SystemColor(kSysButtonText));
   s.WriteColor("FontHighlightColor", fontHighlightColor_, surface_.SystemColor(kSysButtonText));
-  s.WriteString("ToolTipText", toolTipText_, containerToolTipText_);
+  s.WriteString("ToolTipText", tooltipShown_ ? toolTipText_ : containerToolTipText_, "");
   s.WriteAlways("Tooltiptitle", toolTipTitle_);
   s.WriteAlways("ToolTipIcon", std::int64_t{toolTipIcon_});
   s.WriteAlways("ToolTipType", std::int64_t{toolTipType_});
@@ -318,6 +323,8 @@ void isButton::SetEnabled(bool enabled) {
   enabled_ = enabled;
   Notify("Enabled");
   state_ = ButtonState::Normal;
+  mouseArmed_ = false;
+  spaceArmed_ = false;
   surface_.EnableSurface(enabled);
   Refresh();
 }
@@ -415,8 +422,15 @@ void isButton::Notify(std::string_view name) const {
   if (PropertyChanged) PropertyChanged(name);
 }
 
-void isButton::Raise(const std::function<void()>& event) const {
-  if (event) event();
+// The handler is called through a copy, so that it may replace or free the
+// stored one (or the whole control) while it runs.
+bool isButton::Raise(const std::function<void()>& event) const {
+  const std::shared_ptr<const bool> alive = live_;
+  if (event) {
+    const std::function<void()> handler = event;
+    handler();
+  }
+  return *alive;
 }
 
 OleColor isButton::Resolve(OleColor color) const {
@@ -426,8 +440,9 @@ OleColor isButton::Resolve(OleColor color) const {
 // --- Input ----------------------------------------------------------------
 
 // The first move over the control starts mouse-leave tracking and shows
-// the hover look. A move that reaches the control while the mouse is held
-// outside it (the control has the mouse captured) counts as leaving.
+// the hover look (the pressed look while a press of its own is held). A
+// move that reaches the control while the mouse is held outside it (the
+// control has the mouse captured) counts as leaving.
 void isButton::MouseMove(bool over) {
   if (!trackingAvailable_) return;
   if (!over) {
@@ -437,9 +452,9 @@ void isButton::MouseMove(bool over) {
   if (mouseInside_) return;
   mouseInside_ = true;
   surface_.TrackMouseLeave();
-  state_ = ButtonState::Hover;
+  state_ = mouseArmed_ ? ButtonState::Pressed : ButtonState::Hover;
   Refresh();
-  Raise(events.MouseEnter);
+  if (!Raise(events.MouseEnter)) return;
   BuildTooltip();
 }
 
@@ -456,27 +471,44 @@ void isButton::MouseLeft() {
 
 void isButton::MouseDown(MouseButton button) {
   if (button != MouseButton::Left) return;
+  mouseArmed_ = true;
   state_ = ButtonState::Pressed;
   Refresh();
 }
 
-// Releasing the left button: Click when the mouse is still inside. A
-// toggle button that is up stays pressed until its click step puts it
-// down. Released over the control, the click step follows.
+// Releasing the left button. Only a release over the button that ends a
+// press begun on it counts: then the button rests hover, pending painting
+// is done, mouse-leave tracking restarts and Click is raised (when the
+// mouse can be followed at all). A toggle button that is up goes down
+// instead, without Click. The click step follows.
 void isButton::MouseUp(MouseButton button, bool over) {
-  if (button == MouseButton::Left) {
-    if (buttonType_ != 1 || value_) {
-      state_ = Resting();
-      surface_.PaintPending();
-      if (trackingAvailable_ && mouseInside_) surface_.TrackMouseLeave();
-      if (mouseInside_) Raise(events.Click);
-    } else {
-      state_ = ButtonState::Pressed;
-    }
-    Refresh();
-  }
   lastButton_ = button;
-  if (over && lastButton_ == MouseButton::Left) ClickStep();
+  if (button != MouseButton::Left) return;
+  const bool armed = mouseArmed_;
+  mouseArmed_ = false;
+  // Released away from the button with no move on the way there: the
+  // pointer has left it all the same.
+  if (!over && mouseInside_) {
+    const std::shared_ptr<const bool> alive = live_;
+    MouseLeft();
+    if (!*alive) return;
+  }
+  const bool clicked = armed && over;
+  if (!clicked) {
+    state_ = Resting();
+    Refresh();
+    return;
+  }
+  if (buttonType_ != 1 || value_) {
+    state_ = Resting();
+    surface_.PaintPending();
+    if (trackingAvailable_ && mouseInside_) surface_.TrackMouseLeave();
+    if (trackingAvailable_ && !Raise(events.Click)) return;
+  } else {
+    state_ = ButtonState::Pressed;
+  }
+  Refresh();
+  ClickStep();
 }
 
 void isButton::ClickStep() {
@@ -493,7 +525,7 @@ ButtonState isButton::Resting() const {
 
 void isButton::KeyboardClick() {
   ClickStep();
-  Raise(events.Click);
+  if (!Raise(events.Click)) return;
   state_ = ButtonState::Normal;
   Refresh();
 }
@@ -501,6 +533,7 @@ void isButton::KeyboardClick() {
 FocusMove isButton::KeyDown(ButtonKey key, bool shift) {
   switch (key) {
     case ButtonKey::Space:
+      spaceArmed_ = true;
       state_ = ButtonState::Pressed;
       Refresh();
       return FocusMove::None;
@@ -511,7 +544,7 @@ FocusMove isButton::KeyDown(ButtonKey key, bool shift) {
     case ButtonKey::Up:
       return FocusMove::Previous;
     case ButtonKey::Tab:
-      Raise(events.MouseLeave);
+      if (!Raise(events.MouseLeave)) return FocusMove::None;
       return shift ? FocusMove::Previous : FocusMove::Next;
     case ButtonKey::Other:
       break;
@@ -519,8 +552,12 @@ FocusMove isButton::KeyDown(ButtonKey key, bool shift) {
   return FocusMove::None;
 }
 
+// Space clicks when it comes up after going down on this button, and the
+// press was not cancelled meanwhile.
 void isButton::KeyUp(ButtonKey key) {
-  if (key == ButtonKey::Space) KeyboardClick();
+  if (key != ButtonKey::Space || !spaceArmed_) return;
+  spaceArmed_ = false;
+  KeyboardClick();
 }
 
 void isButton::AccessKeyPress() {
@@ -534,12 +571,40 @@ void isButton::GotFocus() {
 
 void isButton::LostFocus() {
   hasFocus_ = false;
+  mouseArmed_ = false;
+  spaceArmed_ = false;
+  if (state_ == ButtonState::Pressed) state_ = Resting();
+  Refresh();
+}
+
+void isButton::CancelPress() {
+  const bool wasPressed = mouseArmed_ || spaceArmed_ || state_ == ButtonState::Pressed;
+  mouseArmed_ = false;
+  spaceArmed_ = false;
+  if (!wasPressed) return;
+  state_ = Resting();
   Refresh();
 }
 
 void isButton::SetShown(bool shown) {
   shown_ = shown;
   Refresh();
+}
+
+void isButton::SurfaceAttached() {
+  *live_ = false;
+  live_ = std::make_shared<bool>(true);
+}
+
+// Nothing of the window may be touched any more; what the control held of
+// it (the tooltip, the mouse) went with it.
+void isButton::SurfaceDetached() {
+  *live_ = false;
+  mouseArmed_ = false;
+  spaceArmed_ = false;
+  mouseInside_ = false;
+  tooltipShown_ = false;
+  state_ = ButtonState::Normal;
 }
 
 // --- Tooltip --------------------------------------------------------------
@@ -554,6 +619,7 @@ void isButton::BuildTooltip() {
   t.balloon = toolTipType_ == 1;
   t.foreColor = toolTipForeColor_ != 0 ? Resolve(toolTipForeColor_) : 0;
   t.backColor = toolTipBackColor_ != 0 ? Resolve(toolTipBackColor_) : 0;
+  if (!Live()) return;
   surface_.ShowTooltip(t);
   tooltipShown_ = true;
 }
@@ -567,7 +633,7 @@ void isButton::RemoveTooltip() {
 // --- Layout and painting --------------------------------------------------
 
 void isButton::Layout() {
-  if (inLayout_) return;  // the size set below comes back as a resize
+  if (inLayout_ || !Live()) return;  // the size set below comes back as a resize
   inLayout_ = true;
   const ButtonSize size = surface_.SizeTwips();
   if (size.width < kMinimumTwips || size.height < kMinimumTwips) {
@@ -587,7 +653,7 @@ void isButton::Layout() {
 }
 
 void isButton::Refresh() {
-  if (shown_) surface_.Repaint();
+  if (shown_ && Live()) surface_.Repaint();
 }
 
 ButtonLook isButton::Look() {

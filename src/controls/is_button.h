@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -195,6 +196,7 @@ class isButton {
   };
 
   explicit isButton(ButtonSurface& surface);
+  ~isButton();
   isButton(const isButton&) = delete;
   isButton& operator=(const isButton&) = delete;
 
@@ -279,6 +281,13 @@ class isButton {
 
   // Window messages and input. `over` tells whether the mouse is over the
   // control's window.
+  //
+  // A mouse click is a left press and a left release both on the button:
+  // the press arms the button (the window holds the mouse meanwhile), the
+  // pressed look follows the pointer while it is held, and the release
+  // clicks only when the button is armed and the pointer is over it. A
+  // release without a press of its own (the press began elsewhere) never
+  // clicks. Space clicks likewise only after a Space press on the button.
   void MouseMove(bool over);
   void MouseLeft();
   void ThemeChanged() { Refresh(); }
@@ -290,8 +299,26 @@ class isButton {
   // The container delivered the caption's access key.
   void AccessKeyPress();
   void GotFocus();
+  // Losing the focus also drops a press in progress (mouse or Space).
   void LostFocus();
+  // The press in progress ends without a click: the window lost the mouse
+  // capture or was told to cancel its modes. The pressed look goes.
+  void CancelPress();
+  // Whether a mouse or Space press is in progress on the button.
+  bool PressInProgress() const { return mouseArmed_ || spaceArmed_; }
   void SetShown(bool shown);
+
+  // Whether anything may still be touched after an event handler ran: the
+  // token turns false when the window showing the control is destroyed
+  // (SurfaceDetached) or the control itself goes. A Click handler may close
+  // the whole window and the button with it; every input routine checks a
+  // copy of the token after raising an event and returns at once when it
+  // has turned false. The window holds a copy across its calls for the
+  // same reason.
+  std::shared_ptr<const bool> LifeToken() const { return live_; }
+  // The window showing the control was made, or is gone for good.
+  void SurfaceAttached();
+  void SurfaceDetached();
 
   // Recomputes the layout (size, caption, region) and repaints.
   void Layout();
@@ -317,7 +344,10 @@ class isButton {
   template <typename T>
   void Let(T& field, T value, std::string_view name, After after);
   void Notify(std::string_view name) const;
-  void Raise(const std::function<void()>& event) const;
+  // Raises the event; false when the control or its window did not
+  // survive the handler (then nothing more may be done).
+  bool Raise(const std::function<void()>& event) const;
+  bool Live() const { return *live_; }
   OleColor Resolve(OleColor color) const;
   ButtonState Resting() const;
   void ClickStep();
@@ -370,6 +400,9 @@ class isButton {
   bool trackingAvailable_ = false;
   bool tooltipShown_ = false;
   bool inLayout_ = false;
+  bool mouseArmed_ = false;  // a left press began on the button and is held
+  bool spaceArmed_ = false;  // Space went down on the button and is held
+  std::shared_ptr<bool> live_ = std::make_shared<bool>(true);
 };
 
 }  // namespace qm

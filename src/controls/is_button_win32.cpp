@@ -1,7 +1,5 @@
 #include "controls/is_button_win32.h"
 
-#include "platform/twips.h"
-
 #include <commctrl.h>
 #include <vssym32.h>
 #include <windowsx.h>
@@ -10,6 +8,8 @@
 #include <cstring>
 #include <utility>
 #include <vector>
+
+#include "platform/twips.h"
 
 namespace qm::win32 {
 namespace {
@@ -178,7 +178,43 @@ FARPROC Exported(const char* library, const char* name) {
   return found;
 }
 
+// One step of the tab order walk: the stops among the children of
+// `parent`, and `from` where it stands even when it is no stop.
+struct TabEntry {
+  HWND hwnd;
+  bool stop;
+};
+
+void CollectTabOrder(HWND parent, HWND from, std::vector<TabEntry>& order) {
+  for (HWND child = ::GetWindow(parent, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
+    const LONG style = ::GetWindowLongA(child, GWL_STYLE);
+    const LONG exStyle = ::GetWindowLongA(child, GWL_EXSTYLE);
+    const bool usable = (style & WS_VISIBLE) && !(style & WS_DISABLED);
+    const bool controlParent = (exStyle & WS_EX_CONTROLPARENT) != 0;
+    const bool tabStop = (style & WS_TABSTOP) != 0;
+    const bool container = controlParent || (!tabStop && ::GetWindow(child, GW_CHILD) != nullptr);
+    const bool stop = usable && tabStop && !controlParent;
+    if (stop || child == from) order.push_back({child, stop});
+    if (container && (usable || ::IsChild(child, from))) CollectTabOrder(child, from, order);
+  }
+}
+
 }  // namespace
+
+HWND NextTabStop(HWND root, HWND from, bool previous) {
+  std::vector<TabEntry> order;
+  if (root) CollectTabOrder(root, from, order);
+  const auto n = static_cast<std::ptrdiff_t>(order.size());
+  std::ptrdiff_t at = previous ? n : -1;  // from outside the order: the first or the last stop
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    if (order[i].hwnd == from) at = i;
+  }
+  for (std::ptrdiff_t k = 1; k <= n; ++k) {
+    const std::ptrdiff_t i = ((previous ? at - k : at + k) % n + n) % n;
+    if (order[i].stop && order[i].hwnd != from) return order[i].hwnd;
+  }
+  return nullptr;
+}
 
 const MouseTracker& MouseTracker::Find() {
   static const MouseTracker tracker = [] {
@@ -201,6 +237,9 @@ isButtonWindow::~isButtonWindow() {
 }
 
 bool isButtonWindow::CreateWindowOnly(HWND parent, const TwipBounds& b, int id) {
+  if (Hwnd()) Destroy();
+  started_ = false;
+  releasingCapture_ = false;
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES};
   ::InitCommonControlsEx(&icc);
   {
@@ -219,7 +258,11 @@ bool isButtonWindow::CreateWindowOnly(HWND parent, const TwipBounds& b, int id) 
   args.height = TwipsToPixels(b.height, dpiY_);
   args.parent = parent;
   args.menuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
-  if (!Window::Create(args)) return false;
+  model_.SurfaceAttached();
+  if (!Window::Create(args)) {
+    model_.SurfaceDetached();
+    return false;
+  }
   OpenTheme();
   return true;
 }
@@ -241,6 +284,7 @@ bool isButtonWindow::CreateNew(HWND parent, const TwipBounds& bounds, std::strin
 }
 
 void isButtonWindow::SetBounds(const TwipBounds& b) {
+  if (!Hwnd()) return;
   ::MoveWindow(Hwnd(), TwipsToPixels(b.left, dpiX_), TwipsToPixels(b.top, dpiY_),
                TwipsToPixels(b.width, dpiX_), TwipsToPixels(b.height, dpiY_), TRUE);
 }
@@ -262,10 +306,18 @@ bool isButtonWindow::Over(LPARAM lParam) const {
   return ::PtInRect(&r, p) != FALSE;
 }
 
+// Through the tab order of the whole top-level window. An edit box that
+// the focus reaches has its text selected, as the dialog manager does.
 void isButtonWindow::MoveFocus(FocusMove move) {
-  if (move == FocusMove::None) return;
-  HWND next = ::GetNextDlgTabItem(::GetParent(Hwnd()), Hwnd(), move == FocusMove::Previous);
-  if (next && next != Hwnd()) ::SetFocus(next);
+  if (move == FocusMove::None || !Hwnd()) return;
+  HWND next = NextTabStop(::GetAncestor(Hwnd(), GA_ROOT), Hwnd(), move == FocusMove::Previous);
+  if (!next) return;
+  ::SetFocus(next);
+  if (::SendMessageA(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) ::SendMessageA(next, EM_SETSEL, 0, -1);
+}
+
+void isButtonWindow::OnDestroyed() {
+  model_.SurfaceDetached();
 }
 
 void isButtonWindow::OpenTheme() {
@@ -319,22 +371,53 @@ LRESULT isButtonWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
       model_.SysColorChange();
       return 0;
     case WM_LBUTTONDOWN:
-    case WM_LBUTTONDBLCLK:
-    case WM_RBUTTONDOWN:
-    case WM_RBUTTONDBLCLK:
-      ::SetCapture(Hwnd());
+    case WM_LBUTTONDBLCLK: {
+      // The press holds the mouse, so that the release comes here wherever
+      // it happens.
+      const auto alive = model_.LifeToken();
       if (::GetFocus() != Hwnd()) ::SetFocus(Hwnd());
-      model_.MouseDown(msg == WM_LBUTTONDOWN || msg == WM_LBUTTONDBLCLK ? MouseButton::Left
-                                                                        : MouseButton::Right);
+      if (!*alive) return 0;
+      ::SetCapture(Hwnd());
+      model_.MouseDown(MouseButton::Left);
       return 0;
-    case WM_LBUTTONUP:
+    }
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK: {
+      const auto alive = model_.LifeToken();
+      if (::GetFocus() != Hwnd()) ::SetFocus(Hwnd());
+      if (*alive) model_.MouseDown(MouseButton::Right);
+      return 0;
+    }
+    case WM_LBUTTONUP: {
+      // The mouse is let go before Click, so that what the handler opens
+      // (a message box) has it.
+      const bool over = Over(lParam);
+      const auto alive = model_.LifeToken();
+      if (::GetCapture() == Hwnd()) {
+        releasingCapture_ = true;
+        ::ReleaseCapture();
+        if (!*alive) return 0;
+        releasingCapture_ = false;
+      }
+      model_.MouseUp(MouseButton::Left, over);
+      return 0;
+    }
     case WM_RBUTTONUP:
+      model_.MouseUp(MouseButton::Right, Over(lParam));
+      return 0;
+    case WM_CAPTURECHANGED:
+      if (!releasingCapture_ && reinterpret_cast<HWND>(lParam) != Hwnd()) model_.CancelPress();
+      return 0;
+    case WM_CANCELMODE:
+      model_.CancelPress();
       if (::GetCapture() == Hwnd()) ::ReleaseCapture();
-      model_.MouseUp(msg == WM_LBUTTONUP ? MouseButton::Left : MouseButton::Right, Over(lParam));
       return 0;
-    case WM_KEYDOWN:
-      MoveFocus(model_.KeyDown(KeyOf(wParam), ::GetKeyState(VK_SHIFT) < 0));
+    case WM_KEYDOWN: {
+      const auto alive = model_.LifeToken();
+      const FocusMove move = model_.KeyDown(KeyOf(wParam), ::GetKeyState(VK_SHIFT) < 0);
+      if (*alive) MoveFocus(move);
       return 0;
+    }
     case WM_KEYUP:
       model_.KeyUp(KeyOf(wParam));
       return 0;
@@ -352,6 +435,7 @@ LRESULT isButtonWindow::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_KILLFOCUS:
       model_.LostFocus();
+      if (::GetCapture() == Hwnd()) ::ReleaseCapture();
       return 0;
     case WM_SETCURSOR:
       if (cursor_ && LOWORD(lParam) == HTCLIENT) {
@@ -414,7 +498,8 @@ void isButtonWindow::PaintFace(HDC dc, const RECT& area, const ButtonLook& look)
     case 6:
       ::DrawThemeParentBackground(Hwnd(), dc, &beneath);
       if (theme_) {
-        ::DrawThemeBackground(theme_.Get(), dc, BP_PUSHBUTTON, static_cast<int>(look.themeState), &area, nullptr);
+        ::DrawThemeBackground(theme_.Get(), dc, BP_PUSHBUTTON, static_cast<int>(look.themeState), &area,
+                              nullptr);
       }
       break;
     case 10:
@@ -454,11 +539,13 @@ void isButtonWindow::PaintIcon(HDC dc, const ButtonLook& look) {
 
 ButtonSize isButtonWindow::SizeTwips() const {
   RECT r{};
+  if (!Hwnd()) return {};
   ::GetWindowRect(Hwnd(), &r);
   return {PixelsToTwips(r.right - r.left, dpiX_), PixelsToTwips(r.bottom - r.top, dpiY_)};
 }
 
 void isButtonWindow::SetSizeTwips(ButtonSize size) {
+  if (!Hwnd()) return;
   ::SetWindowPos(Hwnd(), nullptr, 0, 0, TwipsToPixels(size.width, dpiX_), TwipsToPixels(size.height, dpiY_),
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -471,6 +558,7 @@ ButtonSize isButtonWindow::InnerPixels() const {
 ButtonRect isButtonWindow::MeasureCaption(std::string_view caption, const ButtonRect& bounds,
                                           unsigned flags) const {
   const std::string text(caption);
+  if (!Hwnd()) return bounds;
   char shown[512] = {};
   ::GetWindowTextA(Hwnd(), shown, sizeof shown);
   if (text != shown) ::SetWindowTextA(Hwnd(), text.c_str());
@@ -494,27 +582,31 @@ FontSpec isButtonWindow::CurrentFont() const {
 }
 
 void isButtonWindow::ApplyRegion(const ButtonRegion& region) {
+  if (!Hwnd()) return;
   Region made = MakeRegion(region, theme_.Get(), Hwnd());
   if (made && ::SetWindowRgn(Hwnd(), made.Get(), TRUE)) made.Release();  // the window owns it now
 }
 
+// With no window there is nothing to repaint: a null window would stand
+// for the whole screen.
 void isButtonWindow::Repaint() {
-  ::InvalidateRect(Hwnd(), nullptr, FALSE);
+  if (Hwnd()) ::InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void isButtonWindow::PaintPending() {
-  ::UpdateWindow(Hwnd());
+  if (Hwnd()) ::UpdateWindow(Hwnd());
 }
 
 void isButtonWindow::TrackMouseLeave() {
   const MouseTracker& tracker = MouseTracker::Find();
-  if (!tracker.track) return;
+  if (!tracker.track || !Hwnd()) return;
   TRACKMOUSEEVENT tme{sizeof tme, TME_LEAVE, Hwnd(), HOVER_DEFAULT};
   tracker.track(&tme);
 }
 
 void isButtonWindow::ShowTooltip(const TooltipSpec& t) {
   HideTooltip();
+  if (!Hwnd()) return;
   const DWORD style = WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX | (t.balloon ? TTS_BALLOON : 0);
   tooltip_ = ::CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, style, CW_USEDEFAULT, CW_USEDEFAULT,
                                CW_USEDEFAULT, CW_USEDEFAULT, Hwnd(), nullptr, ThisModule(), nullptr);

@@ -15,7 +15,13 @@
 // The window's text follows the caption, so that a dialog manager finds
 // its access key; the dialog manager's BM_CLICK, and AccessKeyPress() for a
 // container that finds the key itself, act as a click. WM_SETFOCUS,
-// arrows, Space and Tab work as the model says.
+// arrows, Space and Tab work as the model says; the arrows and Tab walk
+// the tab order of the whole top-level window (NextTabStop).
+//
+// A left press takes the mouse (SetCapture) until the release; losing it
+// (WM_CAPTURECHANGED, WM_CANCELMODE) or the focus ends the press without a
+// click. A Click handler may destroy the window, its parent or the whole
+// isButtonWindow: nothing is touched after it when it did.
 #pragma once
 
 #include <windows.h>
@@ -49,6 +55,16 @@ struct MouseTracker {
 
   static const MouseTracker& Find();
 };
+
+// The window's tab order as the keyboard walks it: the tab stops (visible,
+// enabled, WS_TABSTOP) among all the descendants of `root`, depth first in
+// z-order. A child that is a container is entered rather than stopped at:
+// one with WS_EX_CONTROLPARENT, as the dialog manager has it, and also one
+// that is no tab stop itself but has children (a panel, a group box or a
+// frame made without that style). Hidden or disabled windows and all they
+// hold are passed over. The next stop after `from` (the previous one when
+// `previous`), wrapping at either end; null when there is no other stop.
+HWND NextTabStop(HWND root, HWND from, bool previous);
 
 class isButtonWindow final : public Window, private ButtonSurface {
  public:
@@ -84,6 +100,7 @@ class isButtonWindow final : public Window, private ButtonSurface {
 
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
+  void OnDestroyed() override;
 
  private:
   bool CreateWindowOnly(HWND parent, const TwipBounds& bounds, int id);
@@ -124,6 +141,7 @@ class isButtonWindow final : public Window, private ButtonSurface {
   HCURSOR cursor_ = nullptr;  // shared system cursor, or none
   ThemeHandle theme_;
   HWND tooltip_ = nullptr;
+  bool releasingCapture_ = false;  // the button lets the mouse go itself
 };
 
 }  // namespace qm::win32

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,10 @@ namespace {
 class FakeSurface final : public ButtonSurface {
  public:
   ButtonSize SizeTwips() const override { return size; }
-  void SetSizeTwips(ButtonSize s) override { size = s; }
+  void SetSizeTwips(ButtonSize s) override {
+    ++calls;
+    size = s;
+  }
   ButtonSize InnerPixels() const override { return {size.width / 15, size.height / 15}; }
   ButtonRect MeasureCaption(std::string_view caption, const ButtonRect& bounds,
                             unsigned flags) const override {
@@ -27,15 +31,31 @@ class FakeSurface final : public ButtonSurface {
   OleColor SystemColor(int index) const override { return Rgb(index, 100, 200); }
   bool HasVisualStyles() const override { return visualStyles; }
   FontSpec CurrentFont() const override { return {"MS Sans Serif", 8.25}; }
-  void ApplyRegion(const ButtonRegion& r) override { region = r; }
-  void Repaint() override { ++repaints; }
-  void PaintPending() override { ++paintedNow; }
-  void TrackMouseLeave() override { ++tracked; }
+  void ApplyRegion(const ButtonRegion& r) override {
+    ++calls;
+    region = r;
+  }
+  void Repaint() override {
+    ++calls;
+    ++repaints;
+  }
+  void PaintPending() override {
+    ++calls;
+    ++paintedNow;
+  }
+  void TrackMouseLeave() override {
+    ++calls;
+    ++tracked;
+  }
   void ShowTooltip(const TooltipSpec& t) override {
+    ++calls;
     tooltip = t;
     tooltipShown = true;
   }
-  void HideTooltip() override { tooltipShown = false; }
+  void HideTooltip() override {
+    ++calls;
+    tooltipShown = false;
+  }
   void EnableSurface(bool e) override { enabled = e; }
   void ApplyFont(const FontSpec& f) override { font = f; }
   void ApplyMousePointer(std::int16_t p) override { pointer = p; }
@@ -45,6 +65,7 @@ class FakeSurface final : public ButtonSurface {
   mutable int measures = 0;
   mutable unsigned measureFlags = 0;
   ButtonRegion region;
+  int calls = 0;  // everything that acts on the window
   int repaints = 0;
   int paintedNow = 0;
   int tracked = 0;
@@ -240,6 +261,153 @@ TEST_F(IsButtonTest, PressedMovedOffAndReleasedRaisesNoClick) {
   EXPECT_EQ(raised.back(), "MouseEnter");
 }
 
+TEST_F(IsButtonTest, OnlyAPressAndAReleaseBothOnTheButtonClick) {
+  LoadStart();
+  // The press began on the window behind and was dragged onto the button.
+  button.MouseMove(true);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+  EXPECT_EQ(button.State(), ButtonState::Hover);
+
+  // Pressed on the button and released elsewhere with no move between:
+  // no Click, and the pointer has left.
+  button.MouseDown(MouseButton::Left);
+  button.MouseUp(MouseButton::Left, false);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave"}));
+  EXPECT_EQ(button.State(), ButtonState::Normal);
+  EXPECT_FALSE(surface.tooltipShown);
+
+  // A press is used up by its release: a second release does not click.
+  button.MouseMove(true);
+  button.MouseDown(MouseButton::Left);
+  button.MouseUp(MouseButton::Left, true);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave", "MouseEnter", "Click"}));
+
+  // A toggle button is not flipped by a release it did not see pressed.
+  button.SetButtonType(1);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_FALSE(button.Value());
+  button.MouseDown(MouseButton::Left);
+  button.MouseUp(MouseButton::Left, false);
+  EXPECT_FALSE(button.Value());
+}
+
+TEST_F(IsButtonTest, PressedLookFollowsThePointerWhileTheButtonIsHeld) {
+  LoadStart();
+  button.MouseMove(true);
+  button.MouseDown(MouseButton::Left);
+  button.MouseMove(false);  // held, dragged off
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Normal);
+  EXPECT_TRUE(button.PressInProgress());
+  button.MouseMove(true);  // and back
+  EXPECT_EQ(button.State(), ButtonState::Pressed);
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave", "MouseEnter", "Click"}));
+  EXPECT_EQ(button.State(), ButtonState::Hover);
+  EXPECT_FALSE(button.PressInProgress());
+}
+
+TEST_F(IsButtonTest, LosingTheCaptureOrTheFocusWhilePressedDropsThePress) {
+  LoadStart();
+  button.GotFocus();
+  button.MouseMove(true);
+  button.MouseDown(MouseButton::Left);
+  button.CancelPress();  // the capture went elsewhere
+  EXPECT_EQ(button.State(), ButtonState::Hover);
+  EXPECT_NE(button.Look().gloss, GlossVariant::Pressed);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+
+  button.MouseDown(MouseButton::Left);
+  button.LostFocus();
+  EXPECT_EQ(button.Look().gloss, GlossVariant::Hover);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+
+  button.GotFocus();
+  button.KeyDown(ButtonKey::Space, false);
+  button.LostFocus();
+  EXPECT_NE(button.Look().gloss, GlossVariant::Pressed);
+  button.KeyUp(ButtonKey::Space);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+
+  // Space that came up without going down here (it went down on the
+  // control that had the focus before) does not click either.
+  button.GotFocus();
+  button.KeyUp(ButtonKey::Space);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+}
+
+// A Click handler may close the window and the button with it: nothing
+// may act on the gone window afterwards (a repaint with no window would
+// repaint the whole screen).
+TEST_F(IsButtonTest, ClickThatDestroysTheWindowIsTheLastThingTheButtonDoes) {
+  for (int path = 0; path < 4; ++path) {
+    SCOPED_TRACE(path);
+    FakeSurface gone;
+    isButton b(gone);
+    b.ReadProperties(
+        {{"Style", 10}, {"Caption", "E&xit"}, {"ButtonType", path == 3 ? 1 : 0}, {"Value", path == 3}});
+    b.Start(true);
+    int callsAtClick = -1;
+    int clicks = 0;
+    std::vector<std::string> changes;
+    b.PropertyChanged = [&](std::string_view name) { changes.emplace_back(name); };
+    b.events.Click = [&] {
+      ++clicks;
+      b.SurfaceDetached();
+      callsAtClick = gone.calls;
+    };
+    const auto alive = b.LifeToken();
+    b.MouseMove(true);
+    switch (path) {
+      case 0:
+      case 3:  // a toggle button that is down comes up with Click
+        b.MouseDown(MouseButton::Left);
+        b.MouseUp(MouseButton::Left, true);
+        break;
+      case 1:
+        b.KeyDown(ButtonKey::Space, false);
+        b.KeyUp(ButtonKey::Space);
+        break;
+      case 2:
+        b.AccessKeyPress();
+        break;
+    }
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(gone.calls, callsAtClick);
+    EXPECT_FALSE(*alive);
+    EXPECT_TRUE(changes.empty());
+    // Later input finds nothing to act on either.
+    b.Refresh();
+    b.MouseLeft();
+    EXPECT_EQ(gone.calls, callsAtClick);
+  }
+}
+
+TEST_F(IsButtonTest, ClickHandlerMayFreeTheButtonItself) {
+  FakeSurface alone;
+  auto owned = std::make_unique<isButton>(alone);
+  owned->ReadProperties({{"Style", 10}});
+  owned->Start(true);
+  int clicks = 0;
+  owned->events.Click = [&] {
+    ++clicks;
+    owned.reset();
+  };
+  const auto alive = owned->LifeToken();
+  owned->MouseMove(true);
+  owned->MouseDown(MouseButton::Left);
+  const int calls = alone.calls;
+  owned->MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(owned, nullptr);
+  EXPECT_FALSE(*alive);
+  EXPECT_LE(alone.calls, calls + 2);  // the hover painted and tracking restarted before Click, nothing after
+}
+
 TEST_F(IsButtonTest, ToggleButtonGoesDownOnOneClickAndUpWithClickOnTheNext) {
   LoadStart();
   button.SetButtonType(1);
@@ -342,6 +510,33 @@ TEST_F(IsButtonTest, TooltipTakesTheContainersTextWhileTheMouseIsOver) {
   button.MouseLeft();
   EXPECT_FALSE(surface.tooltipShown);
   EXPECT_EQ(button.ContainerToolTipText(), "Go");
+}
+
+TEST_F(IsButtonTest, TooltipTextSurvivesSavingAndReloading) {
+  button.ReadProperties({{"Style", 10}});
+  button.Start(true);
+  button.SetToolTipText("Starts the messages");
+  PropertyStore saved;
+  button.WriteProperties(saved);
+  EXPECT_EQ(saved.ReadString("tooltiptext", ""), "Starts the messages");
+
+  FakeSurface again;
+  isButton reloaded(again);
+  reloaded.ReadProperties(saved);
+  reloaded.Start(true);
+  EXPECT_EQ(reloaded.ToolTipText(), "Starts the messages");
+  reloaded.MouseMove(true);
+  EXPECT_EQ(again.tooltip.text, "Starts the messages");
+
+  // Saved while the tooltip shows (the control holds the text then), and
+  // saved with no text: the key goes.
+  PropertyStore whileOver;
+  reloaded.WriteProperties(whileOver);
+  EXPECT_EQ(whileOver.ReadString("ToolTipText", ""), "Starts the messages");
+  reloaded.SetToolTipText("");
+  reloaded.MouseLeft();
+  reloaded.WriteProperties(whileOver);
+  EXPECT_FALSE(whileOver.Has("ToolTipText"));
 }
 
 // --- Layout ----------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,59 @@ std::string Hex(COLORREF c) {
   wsprintfA(text, "%06X", static_cast<unsigned>(c));
   return text;
 }
+
+// The real pointer, through the input queue: moves to screen x, y, and
+// presses or lets go of the left button there.
+void PointerTo(POINT screen) {
+  const int w = ::GetSystemMetrics(SM_CXSCREEN);
+  const int h = ::GetSystemMetrics(SM_CYSCREEN);
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dx = (screen.x * 65536 + w - 1) / w;
+  input.mi.dy = (screen.y * 65536 + h - 1) / h;
+  input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  ::SendInput(1, &input, sizeof input);
+  PumpMessages(150);
+}
+
+void LeftButton(bool down) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+  ::SendInput(1, &input, sizeof input);
+  PumpMessages(150);
+}
+
+POINT OnScreenAt(HWND hwnd, int x, int y) {
+  POINT p{x, y};
+  ::ClientToScreen(hwnd, &p);
+  return p;
+}
+
+// A top-level window that counts the painting it is asked for: a repaint
+// meant for a window that is gone must not reach it.
+class PaintWitness : public Window {
+ public:
+  ~PaintWitness() override { Destroy(); }
+  bool Create() {
+    CreateArgs args;
+    args.className = "QmPaintWitness";
+    args.title = "witness";
+    args.style = WS_POPUP | WS_VISIBLE;
+    args.x = 700;
+    args.y = 420;
+    args.width = 200;
+    args.height = 150;
+    return Window::Create(args);
+  }
+  int paints = 0;
+
+ protected:
+  LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override {
+    if (msg == WM_PAINT || msg == WM_NCPAINT || msg == WM_ERASEBKGND) ++paints;
+    return Window::HandleMessage(msg, wParam, lParam);
+  }
+};
 
 class ButtonShell : public ::testing::Test {
  protected:
@@ -253,6 +307,204 @@ TEST_F(ButtonShell, KeysClickAndMoveTheFocus) {
   ::SendMessageA(start.Hwnd(), WM_KEYDOWN, VK_TAB, 0);
   EXPECT_EQ(raised.back(), "MouseLeave");
   EXPECT_EQ(::GetFocus(), exit.Hwnd());
+}
+
+// --- Press and release ------------------------------------------------------
+
+constexpr COLORREF kNormalFace = RGB(232, 231, 234);
+constexpr COLORREF kHoverFace = RGB(106, 166, 226);
+constexpr COLORREF kPressedFace = RGB(106, 155, 204);
+
+TEST_F(ButtonShell, OnlyAPressAndAReleaseBothOnTheButtonClick) {
+  isButtonWindow& b = Make({{"Style", 10}, {"Caption", "Delete"}});
+  const POINT on = OnScreenAt(b.Hwnd(), 30, 15);
+  const POINT off = OnScreenAt(host.Hwnd(), 300, 90);
+
+  // Pressed on the window behind, dragged onto the button, let go there.
+  PointerTo(off);
+  LeftButton(true);
+  PointerTo(on);
+  LeftButton(false);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+
+  // Pressed on the button: it holds the mouse, and its pressed look goes
+  // and comes back with the pointer.
+  LeftButton(true);
+  EXPECT_EQ(::GetCapture(), b.Hwnd());
+  EXPECT_EQ(Painted(b, 8, 14), kPressedFace);
+  PointerTo(off);
+  EXPECT_EQ(::GetCapture(), b.Hwnd());
+  EXPECT_NE(Painted(b, 8, 14), kPressedFace);
+  PointerTo(on);
+  EXPECT_EQ(Painted(b, 8, 14), kPressedFace);
+  PointerTo(off);
+  LeftButton(false);  // let go away from it
+  EXPECT_EQ(::GetCapture(), nullptr);
+  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave", "MouseEnter", "MouseLeave"}));
+
+  // Pressed on it and let go elsewhere with no move between.
+  PointerTo(on);
+  ::PostMessageA(b.Hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 15));
+  ::PostMessageA(b.Hwnd(), WM_LBUTTONUP, 0, At(250, 15));
+  PumpMessages(100);
+  EXPECT_EQ(std::count(raised.begin(), raised.end(), "Click"), 0);
+
+  // Both on it: one Click.
+  PointerTo(on);
+  LeftButton(true);
+  LeftButton(false);
+  EXPECT_EQ(std::count(raised.begin(), raised.end(), "Click"), 1);
+  PointerTo(off);
+}
+
+TEST_F(ButtonShell, LosingTheMouseOrTheFocusWhilePressedDropsThePress) {
+  isButtonWindow& b = Make({{"Style", 10}, {"Caption", "Delete"}});
+  const POINT on = OnScreenAt(b.Hwnd(), 30, 15);
+  PointerTo(on);
+
+  // Another window takes the mouse.
+  LeftButton(true);
+  ASSERT_EQ(::GetCapture(), b.Hwnd());
+  ::SetCapture(host.Hwnd());
+  EXPECT_EQ(Painted(b, 8, 14), kHoverFace);
+  ::ReleaseCapture();
+  ::PostMessageA(b.Hwnd(), WM_LBUTTONUP, 0, At(30, 15));
+  LeftButton(false);
+
+  // The system cancels the modes (a menu or a dialog opening).
+  LeftButton(true);
+  ::SendMessageA(b.Hwnd(), WM_CANCELMODE, 0, 0);
+  EXPECT_EQ(::GetCapture(), nullptr);
+  EXPECT_EQ(Painted(b, 8, 14), kHoverFace);
+  LeftButton(false);
+
+  // The focus goes elsewhere.
+  LeftButton(true);
+  ::SetFocus(host.Hwnd());
+  EXPECT_EQ(::GetCapture(), nullptr);
+  EXPECT_EQ(Painted(b, 8, 14), kHoverFace);
+  LeftButton(false);
+
+  // Space held down, and the focus goes.
+  ::SetFocus(b.Hwnd());
+  ::SendMessageA(b.Hwnd(), WM_KEYDOWN, VK_SPACE, 0);
+  EXPECT_EQ(Painted(b, 8, 14), kPressedFace);
+  ::SetFocus(host.Hwnd());
+  ::SetFocus(b.Hwnd());
+  ::SendMessageA(b.Hwnd(), WM_KEYUP, VK_SPACE, 0);
+
+  EXPECT_EQ(std::count(raised.begin(), raised.end(), "Click"), 0);
+  EXPECT_FALSE(b.Model().PressInProgress());
+  ::SetCursorPos(1000, 740);
+}
+
+// "Exit", then Yes: the handler destroys the whole window, the button with
+// it; by mouse, Space and access key, with the button object freed too or
+// not. Nothing may be repainted afterwards: a repaint of no window is a
+// repaint of every window on the screen.
+TEST_F(ButtonShell, ClickThatDestroysTheWindowRepaintsNothingElse) {
+  PaintWitness witness;
+  ASSERT_TRUE(witness.Create());
+  for (int path = 0; path < 6; ++path) {
+    SCOPED_TRACE("path " + std::to_string(path));
+    BlueHost settings;
+    ASSERT_TRUE(settings.Create("settings", 40, 300, 300, 100));
+    auto exit = std::make_unique<isButtonWindow>();
+    ASSERT_TRUE(exit->Create(settings.Hwnd(), kAdd, {{"Style", 10}, {"Caption", "E&xit"}}));
+    const bool freeTheButton = path >= 3;
+    int clicks = 0;
+    exit->Model().events.Click = [&] {
+      ++clicks;
+      ::DestroyWindow(settings.Hwnd());
+      if (freeTheButton) exit.reset();
+    };
+    HWND exitHwnd = exit->Hwnd();
+    PumpMessages(100);
+    witness.paints = 0;
+
+    switch (path % 3) {
+      case 0:
+        PointerTo(OnScreenAt(exitHwnd, 30, 15));
+        LeftButton(true);
+        LeftButton(false);
+        break;
+      case 1:
+        ::SetFocus(exitHwnd);
+        ::SendMessageA(exitHwnd, WM_KEYDOWN, VK_SPACE, 0);
+        ::SendMessageA(exitHwnd, WM_KEYUP, VK_SPACE, 0);
+        break;
+      case 2:
+        ::SendMessageA(exitHwnd, BM_CLICK, 0, 0);
+        break;
+    }
+    PumpMessages(150);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_FALSE(::IsWindow(exitHwnd));
+    EXPECT_EQ(settings.Hwnd(), nullptr);
+    EXPECT_EQ(witness.paints, 0);
+    if (!freeTheButton) EXPECT_EQ(exit->Hwnd(), nullptr);
+  }
+  PointerTo({1000, 740});
+}
+
+// --- Tab order ----------------------------------------------------------------
+
+TEST_F(ButtonShell, ArrowsWalkTheTabOrderOfTheWholeWindow) {
+  for (const bool controlParents : {true, false}) {
+    SCOPED_TRACE(controlParents ? "containers marked for the dialog manager" : "plain containers");
+    const DWORD containerEx = controlParents ? WS_EX_CONTROLPARENT : 0;
+    BlueHost top;
+    ASSERT_TRUE(top.Create("tab order", 40, 300, 460, 200));
+    const auto child = [](HWND parent, const char* cls, DWORD style, DWORD exStyle, int x, int y) {
+      return ::CreateWindowExA(exStyle, cls, "", WS_CHILD | WS_VISIBLE | style, x, y, 120, 60, parent,
+                               nullptr, ThisModule(), nullptr);
+    };
+    HWND edit = child(top.Hwnd(), "EDIT", WS_TABSTOP | WS_BORDER, 0, 5, 5);
+    HWND group = child(top.Hwnd(), "BUTTON", BS_GROUPBOX, containerEx, 130, 5);
+    HWND inGroup = child(group, "BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0, 10, 20);
+    HWND hiddenInGroup = child(group, "BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0, 10, 40);
+    ::ShowWindow(hiddenInGroup, SW_HIDE);
+    HWND panel = child(top.Hwnd(), "STATIC", 0, containerEx, 5, 80);
+    ::SetWindowPos(panel, nullptr, 0, 0, 450, 100, SWP_NOMOVE | SWP_NOZORDER);
+    isButtonWindow first;
+    isButtonWindow second;
+    ASSERT_TRUE(first.Create(panel, {0, 0, 975, 435}, {{"Style", 10}, {"Caption", "Add"}}));
+    HWND disabled = child(panel, "BUTTON", WS_TABSTOP | WS_DISABLED, 0, 70, 0);
+    ASSERT_TRUE(second.Create(panel, {2400, 0, 975, 435}, {{"Style", 10}, {"Caption", "Edit"}}));
+    ASSERT_TRUE(edit && group && inGroup && panel && disabled);
+
+    // Forwards: the other image button, out of the panel round to the
+    // edit box, into the group box, back to the first.
+    const std::vector<HWND> forwards{second.Hwnd(), edit, inGroup, first.Hwnd()};
+    std::vector<HWND> visited;
+    for (HWND at = first.Hwnd(); visited.size() < forwards.size();) {
+      at = NextTabStop(top.Hwnd(), at, false);
+      visited.push_back(at);
+    }
+    EXPECT_EQ(visited, forwards);
+    if (controlParents) {
+      // The dialog manager's own walk agrees where it enters the containers.
+      for (HWND at : forwards) {
+        EXPECT_EQ(NextTabStop(top.Hwnd(), at, false), ::GetNextDlgTabItem(top.Hwnd(), at, FALSE));
+        EXPECT_EQ(NextTabStop(top.Hwnd(), at, true), ::GetNextDlgTabItem(top.Hwnd(), at, TRUE));
+      }
+    }
+
+    // The keys themselves.
+    ::SetFocus(first.Hwnd());
+    ::SendMessageA(first.Hwnd(), WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_EQ(::GetFocus(), second.Hwnd());
+    ::SendMessageA(second.Hwnd(), WM_KEYDOWN, VK_RIGHT, 0);
+    EXPECT_EQ(::GetFocus(), edit);
+    ::SetFocus(second.Hwnd());
+    ::SendMessageA(second.Hwnd(), WM_KEYDOWN, VK_UP, 0);
+    EXPECT_EQ(::GetFocus(), first.Hwnd());
+    ::SendMessageA(first.Hwnd(), WM_KEYDOWN, VK_LEFT, 0);
+    EXPECT_EQ(::GetFocus(), inGroup);
+    ::SetFocus(first.Hwnd());
+    ::SendMessageA(first.Hwnd(), WM_KEYDOWN, VK_TAB, 0);
+    EXPECT_EQ(::GetFocus(), second.Hwnd());
+  }
 }
 
 TEST_F(ButtonShell, DisabledIconIsDrawnInGrey) {
