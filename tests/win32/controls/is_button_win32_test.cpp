@@ -442,7 +442,9 @@ TEST_F(ButtonShell, ClickThatDestroysTheWindowRepaintsNothingElse) {
     EXPECT_FALSE(::IsWindow(exitHwnd));
     EXPECT_EQ(settings.Hwnd(), nullptr);
     EXPECT_EQ(witness.paints, 0);
-    if (!freeTheButton) EXPECT_EQ(exit->Hwnd(), nullptr);
+    if (!freeTheButton) {
+      EXPECT_EQ(exit->Hwnd(), nullptr);
+    }
   }
   PointerTo({1000, 740});
 }
