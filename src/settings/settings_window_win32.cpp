@@ -368,6 +368,10 @@ bool frmSettings::Form_Load(std::string_view commandLine) {
   tray_.Menu().mnuSettingsEnabled = true;
   tray_.Tray().ShowIcon(*this, tag_);
 
+  // The common dialog object, for the font chooser; its events are
+  // received and ignored.
+  CommonDialog1_ = std::make_unique<cCommonDialog>(&commonDialogEvents_);
+
   // The category list with its marks, the first category highlighted
   // (which loads its phrases).
   library_.ListCategories();
@@ -418,6 +422,7 @@ void frmSettings::Form_Unload() {
   if (unloaded_) return;
   unloaded_ = true;
   STimer1_.SetEnabled(false);
+  CommonDialog1_.reset();
   // Every other window: the flasher's unload repaints the desktop.
   loop_.SetFilter(nullptr);
   runControl_.reset();

@@ -29,6 +29,7 @@
 #include "library/message_library.h"
 #include "library/settings_store.h"
 #include "platform/application_win32.h"
+#include "platform/common_dialog_win32.h"
 #include "platform/gdi_win32.h"
 #include "platform/file_system.h"
 #include "platform/message_loop_win32.h"
@@ -210,6 +211,9 @@ class frmSettings final : public Window,
   std::unique_ptr<TimingPanel> timingPanel_;
   std::unique_ptr<FontPanel> fontPanel_;
   std::unique_ptr<RunControl> runControl_;
+  // Released first at shutdown.
+  CommonDialogEvents commonDialogEvents_;
+  std::unique_ptr<cCommonDialog> CommonDialog1_;
   bool unloaded_ = false;
 };
 

@@ -5,6 +5,7 @@
 // flashed after Start.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -322,6 +323,49 @@ TEST(SettingsWindow, CheckingACategoryChangesWhatIsFlashedAfterStart) {
       2500ms);
   ASSERT_FALSE(seen.empty());
   for (const std::string& p : seen) EXPECT_EQ(p, "From other");
+}
+
+// The control of the program that has the keyboard focus.
+HWND FocusedControl(HWND form) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  return ::GetGUIThreadInfo(::GetWindowThreadProcessId(form, nullptr), &info) ? info.hwndFocus : nullptr;
+}
+
+TEST(SettingsWindow, TabWalksTheWholeWindowAndAltXAsksBeforeTheProgramEnds) {
+  ProgramFolder folder;
+  folder.Put("\\Lists\\Calm.lst", "1From calm");
+  folder.Put("\\_._", "1Calm");
+  RunningProgram program(folder, "firstrun");
+  const HWND form = StartFirstRun(program);
+  ASSERT_NE(form, nullptr);
+
+  // From the category box, Tab reaches the lists, the editing buttons,
+  // Start and Exit, and comes round to the box again.
+  const HWND start = Control(form, kIdTxtEditCat);
+  Click(start);
+  ASSERT_TRUE(WaitFor([&] { return FocusedControl(form) == start; }, 3s));
+  std::vector<int> visited;
+  for (int i = 0; i < 30; ++i) {
+    PressKey(VK_TAB);
+    const HWND now = FocusedControl(form);
+    if (now == start) break;
+    visited.push_back(::GetDlgCtrlID(now));
+  }
+  ASSERT_EQ(FocusedControl(form), start) << "Tab did not come round";
+  for (int id : {kIdTxtEditWord, kIdLstMessageCategories, kIdLstPhrases, kIdCmdAddCat, kIdCmdDelete, kIdCmdStart,
+                 kIdCmdClose})
+    EXPECT_NE(std::find(visited.begin(), visited.end(), id), visited.end()) << id;
+
+  // Alt+X presses Exit: the question; No keeps everything, Yes ends it.
+  for (int answer : {IDNO, IDYES}) {
+    Key(VK_MENU, false);
+    PressKey('X');
+    Key(VK_MENU, true);
+    EXPECT_EQ(Answer(program, answer), "Are you sure you wish to exit the application?");
+  }
+  EXPECT_EQ(program.WaitForExit(5s), std::optional<DWORD>(0));
+  EXPECT_EQ(folder.Get("\\_._"), "1Calm");  // nothing written at the end
 }
 
 }  // namespace
