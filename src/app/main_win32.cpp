@@ -5,11 +5,15 @@
 #include "platform/application_win32.h"
 #include "platform/file_system.h"
 #include "platform/message_loop_win32.h"
+#include "platform/system_dll_win32.h"
 #include "settings/settings_window_win32.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR commandLine, int) {
-  // A second copy ends at once, before anything else, leaving the first
-  // one untouched.
+  // Libraries the program loads itself come from the system folder only,
+  // never from the program's folder or the current one.
+  qm::win32::sys::UseSafeLibrarySearch();
+
+  // A second copy ends at once, leaving the first one untouched.
   qm::win32::InstanceGuard instance("Quillmere.SingleInstance");
   if (instance.PrevInstance()) return 0;
 

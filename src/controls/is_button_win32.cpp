@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/twips.h"
+#include "platform/system_dll_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -73,7 +74,7 @@ Region MakeRegion(const ButtonRegion& shape, HTHEME theme, HWND hwnd) {
         const RECT grown{-1, -1, shape.right + 1, shape.bottom + 1};
         WindowDC dc(hwnd);
         if (SUCCEEDED(
-                ::GetThemeBackgroundRegion(theme, dc.Get(), BP_PUSHBUTTON, PBS_NORMAL, &grown, &themed))) {
+                sys::GetThemeBackgroundRegion(theme, dc.Get(), BP_PUSHBUTTON, PBS_NORMAL, &grown, &themed))) {
           return Region(themed);
         }
       }
@@ -322,7 +323,7 @@ void isButtonWindow::OnDestroyed() {
 
 void isButtonWindow::OpenTheme() {
   CloseTheme();
-  theme_.Reset(::OpenThemeData(Hwnd(), L"Button"));
+  theme_.Reset(sys::OpenThemeData(Hwnd(), L"Button"));
 }
 
 void isButtonWindow::CloseTheme() {
@@ -496,9 +497,9 @@ void isButtonWindow::PaintFace(HDC dc, const RECT& area, const ButtonLook& look)
       PaintSkin(dc, look.style, w, h, look.skin);
       break;
     case 6:
-      ::DrawThemeParentBackground(Hwnd(), dc, &beneath);
+      sys::DrawThemeParentBackground(Hwnd(), dc, &beneath);
       if (theme_) {
-        ::DrawThemeBackground(theme_.Get(), dc, BP_PUSHBUTTON, static_cast<int>(look.themeState), &area,
+        sys::DrawThemeBackground(theme_.Get(), dc, BP_PUSHBUTTON, static_cast<int>(look.themeState), &area,
                               nullptr);
       }
       break;
@@ -506,7 +507,7 @@ void isButtonWindow::PaintFace(HDC dc, const RECT& area, const ButtonLook& look)
       PaintGloss(dc, look.gloss, w, h);
       break;
     default:  // no background of its own: what lies beneath shows
-      ::DrawThemeParentBackground(Hwnd(), dc, &beneath);
+      sys::DrawThemeParentBackground(Hwnd(), dc, &beneath);
       break;
   }
 }
@@ -532,7 +533,7 @@ void isButtonWindow::PaintIcon(HDC dc, const ButtonLook& look) {
   FillSolid(field.Get(), {0, 0, s, s}, look.maskColor);
   ::DrawIconEx(field.Get(), 0, 0, icon, s, s, 0, nullptr, DI_NORMAL);
   const COLORREF key = ::GetNearestColor(field.Get(), ToColorRef(look.maskColor));
-  ::TransparentBlt(dc, look.iconAt.x, look.iconAt.y, s, s, field.Get(), 0, 0, s, s, key);
+  ::GdiTransparentBlt(dc, look.iconAt.x, look.iconAt.y, s, s, field.Get(), 0, 0, s, s, key);
 }
 
 // --- ButtonSurface ----------------------------------------------------------
@@ -574,7 +575,7 @@ OleColor isButtonWindow::SystemColor(int index) const {
 }
 
 bool isButtonWindow::HasVisualStyles() const {
-  return theme_.Valid() && ::IsThemeActive();
+  return theme_.Valid() && sys::IsThemeActive();
 }
 
 FontSpec isButtonWindow::CurrentFont() const {

@@ -10,6 +10,7 @@
 #include <uxtheme.h>
 
 #include "platform/unique_handle.h"
+#include "platform/system_dll_win32.h"
 
 namespace qm::win32 {
 
@@ -34,12 +35,12 @@ struct FindHandleTraits {
   static bool Close(Handle h) noexcept { return ::FindClose(h) != 0; }
 };
 
-// Visual-style data from OpenThemeData, closed with CloseThemeData (the
-// user links uxtheme).
+// Visual-style data from OpenThemeData, closed with CloseThemeData (looked up in the
+// system folder).
 struct ThemeHandleTraits {
   using Handle = HTHEME;
   static Handle Invalid() noexcept { return nullptr; }
-  static bool Close(Handle h) noexcept { return SUCCEEDED(::CloseThemeData(h)); }
+  static bool Close(Handle h) noexcept { return SUCCEEDED(sys::CloseThemeData(h)); }
 };
 
 using KernelHandle = UniqueHandle<KernelHandleTraits>;

@@ -1,5 +1,7 @@
 #include "platform/timer_win32.h"
 
+#include "platform/system_dll_win32.h"
+
 #include <mmsystem.h>
 
 #include <algorithm>
@@ -113,7 +115,7 @@ void PreciseTimer::StartPeriod() {
   Cancel();
   const milliseconds interval = Interval();
   if (interval.count() <= 0) return;
-  if (!highResolution_ && !resolutionRaised_) resolutionRaised_ = ::timeBeginPeriod(1) == TIMERR_NOERROR;
+  if (!highResolution_ && !resolutionRaised_) resolutionRaised_ = sys::timeBeginPeriod(1) == TIMERR_NOERROR;
   due_ = Clock::now() + interval;
   if (waitable_) {
     LARGE_INTEGER dueTime;
@@ -138,7 +140,7 @@ void PreciseTimer::Cancel() {
 void PreciseTimer::StopPeriods() {
   Cancel();
   if (resolutionRaised_) {
-    ::timeEndPeriod(1);
+    sys::timeEndPeriod(1);
     resolutionRaised_ = false;
   }
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/ansi_text.h"
+#include "platform/system_dll_win32.h"
 #include "platform/screen_win32.h"
 #include "platform/twips.h"
 #include "platform/wide_text_win32.h"
@@ -73,13 +74,13 @@ HBRUSH BlueBrush() {
 std::string VersionText() {
   const std::wstring path = ProgramFilePath();
   DWORD ignored = 0;
-  const DWORD size = ::GetFileVersionInfoSizeW(path.c_str(), &ignored);
+  const DWORD size = sys::GetFileVersionInfoSizeW(path.c_str(), &ignored);
   if (size == 0) return {};
   std::vector<unsigned char> data(size);
-  if (!::GetFileVersionInfoW(path.c_str(), 0, size, data.data())) return {};
+  if (!sys::GetFileVersionInfoW(path.c_str(), 0, size, data.data())) return {};
   VS_FIXEDFILEINFO* info = nullptr;
   UINT length = 0;
-  if (!::VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&info), &length) || !info ||
+  if (!sys::VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&info), &length) || !info ||
       length < sizeof(VS_FIXEDFILEINFO))
     return {};
   return "Version " + std::to_string(HIWORD(info->dwFileVersionMS)) + "." +
@@ -241,7 +242,7 @@ void frmSettings::CreateControls() {
   // every visual style.
   for (HWND frame : {fraTimesAndDuration_, fraFont_})
     if (frame) {
-      ::SetWindowTheme(frame, L"", L"");
+      sys::SetWindowTheme(frame, L"", L"");
       ::SetWindowSubclass(frame, &frmSettings::FrameProc, static_cast<UINT_PTR>(::GetDlgCtrlID(frame)),
                           reinterpret_cast<DWORD_PTR>(this));
     }
