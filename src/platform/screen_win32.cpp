@@ -1,6 +1,7 @@
 #include "platform/screen_win32.h"
 
 #include "platform/application_win32.h"
+#include "platform/wide_text_win32.h"
 
 #include <cstring>
 #include <new>
@@ -23,8 +24,14 @@ std::string TextOf(const char (&field)[N]) {
 
 std::string ModuleExeName() { return ExecutableName(); }
 
-void ShowCriticalBox(std::string_view text, std::string_view title) {
-  ::MessageBoxA(nullptr, std::string(text).c_str(), std::string(title).c_str(), MB_OK | MB_ICONSTOP);
+// The service's own boxes carry their own titles, so they do not go
+// through the program's prompts (which title every box "Quillmere").
+void ShowScreenBox(std::string_view text, std::string_view title, PromptIcon icon) {
+  const UINT iconFlag = icon == PromptIcon::Critical      ? MB_ICONSTOP
+                        : icon == PromptIcon::Exclamation ? MB_ICONEXCLAMATION
+                        : icon == PromptIcon::Question    ? MB_ICONQUESTION
+                                                          : MB_ICONINFORMATION;
+  ::MessageBoxW(nullptr, Widen(text).c_str(), Widen(title).c_str(), MB_OK | iconFlag);
 }
 
 }  // namespace
@@ -61,7 +68,7 @@ bool ScreenDc::SelectOwned(GdiObject<H>& slot, HGDIOBJ& original, GdiObject<H> o
   return true;
 }
 
-clsScreen::clsScreen() : clsScreen(ShowCriticalBox) {}
+clsScreen::clsScreen() : clsScreen(ShowScreenBox) {}
 
 clsScreen::clsScreen(ScreenMessageBox messageBox) : ScreenModel(ModuleExeName(), std::move(messageBox)) {
   // A DC that could not be had is asked for again by RefreshDisplayInfo,
