@@ -286,6 +286,7 @@ class ScreenModel {
   // the MousePointer let), or nothing when it raised none. Each contained
   // member starts by forgetting the one before.
   const std::optional<RuntimeError>& LastError() const { return lastError_; }
+  void ClearLastError() { lastError_.reset(); }
 
   // Raises the error with the step's source. RaiseScreenError does nothing
   // for number 0.
@@ -374,7 +375,7 @@ class ScreenModel {
   // it drew.
   template <typename Args, typename Paint>
   bool Draw(Args args, Paint&& paint) {
-    lastError_.reset();
+    ClearLastError();
     if (const auto refusal = CheckDrawing(args)) return Refused(*refusal);
     bool drawn = false;
     try {

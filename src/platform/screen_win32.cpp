@@ -81,6 +81,7 @@ clsScreen::clsScreen(ScreenMessageBox messageBox) : ScreenModel(ModuleExeName(),
 }
 
 clsScreen::~clsScreen() {
+  ForgetFileCursors();
   try {
     Clear(true);
     ClearHistory();
