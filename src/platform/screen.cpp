@@ -185,7 +185,9 @@ std::optional<ScreenSize> ResolutionOfCode(std::int32_t code) {
 ResolutionError ResolutionFailure(std::int32_t result) {
   switch (result) {
     case -5:
-      return {-5, "An invalid parameter was passed in. This can include an invalid flag or combination of flags."};
+      return {
+          -5,
+          "An invalid parameter was passed in. This can include an invalid flag or combination of flags."};
     case -4:
       return {-4, "An invalid set of flags was passed in."};
     case -3:
@@ -419,7 +421,7 @@ FontSpec ScreenModel::Font() const {
 
 void ScreenModel::Font(const FontSpec& font) {
   font_ = ScreenFont{font.name,   RoundHalfEven(font.size), font.bold,
-                     font.italic, font.underline,         font.strikethrough};
+                     font.italic, font.underline,           font.strikethrough};
 }
 
 }  // namespace qm

@@ -117,7 +117,9 @@ void FormUnloaded(HWND form) {
   Forms().erase(std::remove(Forms().begin(), Forms().end(), form), Forms().end());
 }
 
-const std::vector<HWND>& LoadedForms() { return Forms(); }
+const std::vector<HWND>& LoadedForms() {
+  return Forms();
+}
 
 // ---- Resolution -------------------------------------------------------------
 
@@ -263,7 +265,8 @@ bool clsScreen::PaintPicture(const PictureArgs& a) {
   short type = PICTYPE_UNINITIALIZED;
   picture->get_Handle(&handle);
   picture->get_Type(&type);
-  const ScreenFailure drawStep = a.stretch ? ScreenFailure::DrawPictureStretch : ScreenFailure::DrawPictureBlt;
+  const ScreenFailure drawStep =
+      a.stretch ? ScreenFailure::DrawPictureStretch : ScreenFailure::DrawPictureBlt;
   // Only a bitmap can be selected into the memory DC.
   HBITMAP pictureBitmap = reinterpret_cast<HBITMAP>(static_cast<std::uintptr_t>(handle));
   if (type != PICTYPE_BITMAP) Raise(drawStep, -1, kInvalidPictureText);
@@ -280,25 +283,26 @@ bool clsScreen::PaintPicture(const PictureArgs& a) {
   return true;
 }
 
-bool clsScreen::DrawPie(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom, float angle,
-                        bool explicitRadials, std::int32_t radial1X, std::int32_t radial1Y, std::int32_t radial2X,
-                        std::int32_t radial2Y) {
-  return Draw(PieArgs{left, top, right, bottom, angle, explicitRadials, radial1X, radial1Y, radial2X, radial2Y},
-              [this](const PieArgs& a) {
-                PieRadials radials{a.radial1X, a.radial1Y, a.radial2X, a.radial2Y};
-                if (!a.explicitRadials) {
-                  const auto derived = RadialsOfAngle(a.left, a.top, a.right, a.bottom, a.angle);
-                  if (!derived) return true;  // a slice of no width: nothing to draw
-                  radials = *derived;
-                }
-                ScreenDc dc(hDC(), desktop_);
-                SetColors(dc);
-                ::SetArcDirection(dc.Get(), AD_COUNTERCLOCKWISE);
-                Check(::Pie(dc.Get(), a.left, a.top, a.right, a.bottom, radials.x1, radials.y1, radials.x2,
-                            radials.y2),
-                      ScreenFailure::DrawPie);
-                return true;
-              });
+bool clsScreen::DrawPie(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+                        float angle, bool explicitRadials, std::int32_t radial1X, std::int32_t radial1Y,
+                        std::int32_t radial2X, std::int32_t radial2Y) {
+  return Draw(
+      PieArgs{left, top, right, bottom, angle, explicitRadials, radial1X, radial1Y, radial2X, radial2Y},
+      [this](const PieArgs& a) {
+        PieRadials radials{a.radial1X, a.radial1Y, a.radial2X, a.radial2Y};
+        if (!a.explicitRadials) {
+          const auto derived = RadialsOfAngle(a.left, a.top, a.right, a.bottom, a.angle);
+          if (!derived) return true;  // a slice of no width: nothing to draw
+          radials = *derived;
+        }
+        ScreenDc dc(hDC(), desktop_);
+        SetColors(dc);
+        ::SetArcDirection(dc.Get(), AD_COUNTERCLOCKWISE);
+        Check(
+            ::Pie(dc.Get(), a.left, a.top, a.right, a.bottom, radials.x1, radials.y1, radials.x2, radials.y2),
+            ScreenFailure::DrawPie);
+        return true;
+      });
 }
 
 namespace {
@@ -328,7 +332,8 @@ bool clsScreen::DrawPolyline(std::int32_t startX, std::int32_t startY, const std
     ScreenDc dc(hDC(), desktop_);
     SetColors(dc);
     Check(::MoveToEx(dc.Get(), a.startX, a.startY, nullptr), ScreenFailure::DrawPolylineMove);
-    Check(::PolylineTo(dc.Get(), points.data(), static_cast<DWORD>(a.count)), ScreenFailure::DrawPolylineCall);
+    Check(::PolylineTo(dc.Get(), points.data(), static_cast<DWORD>(a.count)),
+          ScreenFailure::DrawPolylineCall);
     return true;
   });
 }
@@ -381,7 +386,8 @@ bool clsScreen::Refresh() {
       } else if constexpr (std::is_same_v<Args, EllipseArgs>) {
         return DrawEllipse(a.left, a.top, a.right, a.bottom);
       } else if constexpr (std::is_same_v<Args, HalfCircleArgs>) {
-        return DrawHalfCircle(a.left, a.top, a.right, a.bottom, a.radial1X, a.radial1Y, a.radial2X, a.radial2Y);
+        return DrawHalfCircle(a.left, a.top, a.right, a.bottom, a.radial1X, a.radial1Y, a.radial2X,
+                              a.radial2Y);
       } else if constexpr (std::is_same_v<Args, LineArgs>) {
         return DrawLine(a.x1, a.y1, a.x2, a.y2);
       } else if constexpr (std::is_same_v<Args, PictureArgs>) {
@@ -412,8 +418,8 @@ bool clsScreen::Refresh() {
 void clsScreen::MouseIcon(std::string path) {
   bool opens = false;
   if (const auto wide = WidenStrict(path)) {
-    const HANDLE file = ::CreateFileW(wide->c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = ::CreateFileW(wide->c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     opens = file != INVALID_HANDLE_VALUE;
     if (opens) ::CloseHandle(file);
   }
@@ -437,14 +443,15 @@ bool clsScreen::MousePointer(HWND window, std::int32_t code) {
     HCURSOR cursor = nullptr;
     std::optional<AttachedThread> attached;
     if (code != kMouseIconCursor) {
-      cursor = ::LoadCursorA(nullptr, MAKEINTRESOURCEA(static_cast<ULONG_PTR>(static_cast<std::uint16_t>(code))));
+      cursor =
+          ::LoadCursorA(nullptr, MAKEINTRESOURCEA(static_cast<ULONG_PTR>(static_cast<std::uint16_t>(code))));
       if (!cursor) return false;  // not a cursor the system has
     } else {
       if (MouseIcon().empty()) return false;
       // A file cursor is loaded as an icon and is this object's own (not
       // shared), so it can be destroyed when its class lets it go.
-      loaded = static_cast<HCURSOR>(::LoadImageW(nullptr, Widen(MouseIcon()).c_str(), IMAGE_ICON, 0, 0,
-                                                 LR_LOADFROMFILE));
+      loaded = static_cast<HCURSOR>(
+          ::LoadImageW(nullptr, Widen(MouseIcon()).c_str(), IMAGE_ICON, 0, 0, LR_LOADFROMFILE));
       if (!loaded) RaiseApiError(ScreenFailure::MousePointerLoadImage);
       attached.emplace(*this, window);
       if (!*attached) {
@@ -457,14 +464,16 @@ bool clsScreen::MousePointer(HWND window, std::int32_t code) {
     ::SetLastError(ERROR_SUCCESS);
     const HCURSOR previous = reinterpret_cast<HCURSOR>(
         ::SetClassLongPtrA(window, GCLP_HCURSOR, reinterpret_cast<LONG_PTR>(cursor)));
-    if (!previous && ::GetLastError() != ERROR_SUCCESS) RaiseApiError(ScreenFailure::MousePointerSetClassLong);
+    if (!previous && ::GetLastError() != ERROR_SUCCESS)
+      RaiseApiError(ScreenFailure::MousePointerSetClassLong);
     if (loaded) {
       fileCursors_.push_back({window, loaded});
       loaded = nullptr;
     }
     // A file cursor of ours that this replaced is no longer used.
-    const auto replaced = std::find_if(fileCursors_.begin(), fileCursors_.end(),
-                                       [&](const FileCursor& f) { return f.cursor == previous && previous != cursor; });
+    const auto replaced = std::find_if(fileCursors_.begin(), fileCursors_.end(), [&](const FileCursor& f) {
+      return f.cursor == previous && previous != cursor;
+    });
     if (replaced != fileCursors_.end()) {
       ::DestroyCursor(replaced->cursor);
       fileCursors_.erase(replaced);
@@ -481,7 +490,8 @@ void clsScreen::ForgetFileCursors() noexcept {
   for (const FileCursor& f : fileCursors_) {
     if (::IsWindow(f.window) &&
         reinterpret_cast<HCURSOR>(::GetClassLongPtrA(f.window, GCLP_HCURSOR)) == f.cursor) {
-      ::SetClassLongPtrA(f.window, GCLP_HCURSOR, reinterpret_cast<LONG_PTR>(::LoadCursorA(nullptr, IDC_ARROW)));
+      ::SetClassLongPtrA(f.window, GCLP_HCURSOR,
+                         reinterpret_cast<LONG_PTR>(::LoadCursorA(nullptr, IDC_ARROW)));
     }
     ::DestroyCursor(f.cursor);
   }

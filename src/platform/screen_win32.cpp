@@ -1,13 +1,13 @@
 #include "platform/screen_win32.h"
 
-#include "platform/application_win32.h"
-#include "platform/wide_text_win32.h"
-
 #include <cstring>
 #include <new>
 #include <optional>
 #include <string_view>
 #include <vector>
+
+#include "platform/application_win32.h"
+#include "platform/wide_text_win32.h"
 
 namespace qm::win32 {
 
@@ -22,7 +22,9 @@ std::string TextOf(const char (&field)[N]) {
   return std::string(field, strnlen(field, N));
 }
 
-std::string ModuleExeName() { return ExecutableName(); }
+std::string ModuleExeName() {
+  return ExecutableName();
+}
 
 // The service's own boxes carry their own titles, so they do not go
 // through the program's prompts (which title every box "Quillmere").

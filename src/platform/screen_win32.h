@@ -10,6 +10,7 @@
 #pragma once
 
 #include <windows.h>
+// These need windows.h before them.
 #include <ole2.h>
 #include <olectl.h>
 
@@ -133,23 +134,25 @@ class clsScreen : public ScreenModel {
                float startAngle, float sweepAngle);
   bool DrawEllipse(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom);
   bool DrawHalfCircle(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
-                      std::int32_t radial1X, std::int32_t radial1Y, std::int32_t radial2X, std::int32_t radial2Y);
+                      std::int32_t radial1X, std::int32_t radial1Y, std::int32_t radial2X,
+                      std::int32_t radial2Y);
   bool DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
   // The picture is the file at path (UTF-8) when path is not empty, else
   // the picture object, else a bitmap of the caller's (which stays the
   // caller's). A width or height of 0 is the picture's own.
-  bool DrawPicture(std::int32_t x, std::int32_t y, const std::string& path, const Picture& picture, HBITMAP bitmap,
-                   std::int32_t width, std::int32_t height, bool stretch);
+  bool DrawPicture(std::int32_t x, std::int32_t y, const std::string& path, const Picture& picture,
+                   HBITMAP bitmap, std::int32_t width, std::int32_t height, bool stretch);
   // Without explicit radials the slice runs counter-clockwise from three
   // o'clock through angle degrees (RadialsOfAngle); 0 degrees draws nothing.
   bool DrawPie(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom, float angle,
                bool explicitRadials, std::int32_t radial1X, std::int32_t radial1Y, std::int32_t radial2X,
                std::int32_t radial2Y);
-  bool DrawPolygon(const std::vector<std::int32_t>& xs, const std::vector<std::int32_t>& ys, std::int32_t count);
+  bool DrawPolygon(const std::vector<std::int32_t>& xs, const std::vector<std::int32_t>& ys,
+                   std::int32_t count);
   bool DrawPolyline(std::int32_t startX, std::int32_t startY, const std::vector<std::int32_t>& xs,
                     const std::vector<std::int32_t>& ys, std::int32_t count);
-  bool DrawRectangle(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom, bool filled,
-                     bool outlined);
+  bool DrawRectangle(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom,
+                     bool filled, bool outlined);
   // One line, or lines broken at words, in the Font; the text is UTF-8.
   bool drawText(const std::string& text, std::int32_t x, std::int32_t y, bool wordWrap);
   // Draws the history again, list by list (arcs, ellipses, half circles,

@@ -95,7 +95,8 @@ TEST(ScreenResolution, DriverResultsGiveTheResultRestartAndErrors) {
   };
   const Case cases[] = {
       {-2, -2, "The graphics mode is not supported."},
-      {-5, -5, "An invalid parameter was passed in. This can include an invalid flag or combination of flags."},
+      {-5, -5,
+       "An invalid parameter was passed in. This can include an invalid flag or combination of flags."},
       {-6, -1, "An unknown error occured while trying to change the screen resolution."},
       {2, -1, "An unknown error occured while trying to change the screen resolution."},
   };
@@ -171,7 +172,8 @@ TEST(ScreenDrawing, RefusedArgumentsAreNeitherDrawnNorRecorded) {
         {"quillmere.cScreen.DrawPolyline", -1, "Invalid POINT Count Specified"});
   check(screen.Draw(PolygonArgs{{1, 2, 3}, {3, 4}, 3}, paint),
         {"quillmere.cScreen.DrawPolygon", kErrSubscriptOutOfRange, "Subscript out of range"});
-  check(screen.Draw(PictureArgs{}, paint), {"quillmere.cScreen.DrawPicture", -1, "No picture specified to draw."});
+  check(screen.Draw(PictureArgs{}, paint),
+        {"quillmere.cScreen.DrawPicture", -1, "No picture specified to draw."});
 
   EXPECT_FALSE(screen.Draw(TextArgs{"", 5, 5, false}, paint));
   EXPECT_FALSE(screen.LastError()) << "an empty text is refused silently";

@@ -70,8 +70,8 @@ class Backdrop {
     windowClass.hCursor = ::LoadCursorA(nullptr, IDC_ARROW);
     windowClass.lpszClassName = "QmScreenDrawBackdrop";
     ::RegisterClassA(&windowClass);
-    hwnd_ = ::CreateWindowExA(WS_EX_TOPMOST, windowClass.lpszClassName, "", WS_POPUP | WS_VISIBLE, 100, 100, 640,
-                              400, nullptr, nullptr, windowClass.hInstance, nullptr);
+    hwnd_ = ::CreateWindowExA(WS_EX_TOPMOST, windowClass.lpszClassName, "", WS_POPUP | WS_VISIBLE, 100, 100,
+                              640, 400, nullptr, nullptr, windowClass.hInstance, nullptr);
     ::UpdateWindow(hwnd_);
   }
   ~Backdrop() { ::DestroyWindow(hwnd_); }
@@ -116,11 +116,15 @@ TEST(ScreenDrawingShell, EachShapeLeavesItsPixelsClearRemovesThemRefreshRestores
   const std::vector<Shape> shapes = {
       // A quarter circle of radius 30 is about 47 pixels long.
       {"arc", RGB(255, 0, 0),
-       [](clsScreen& s, const RECT& c) { return s.DrawArc(c.left + 50, c.top + 50, 30, c.left + 80, c.top + 50, 0, 90); },
+       [](clsScreen& s, const RECT& c) {
+         return s.DrawArc(c.left + 50, c.top + 50, 30, c.left + 80, c.top + 50, 0, 90);
+       },
        35, 70},
       // 60 pixels across: pi * 30 * 30 = 2827.
       {"ellipse", RGB(0, 0, 255),
-       [](clsScreen& s, const RECT& c) { return s.DrawEllipse(c.left + 20, c.top + 20, c.left + 80, c.top + 80); },
+       [](clsScreen& s, const RECT& c) {
+         return s.DrawEllipse(c.left + 20, c.top + 20, c.left + 80, c.top + 80);
+       },
        2650, 3000},
       {"half circle", RGB(255, 128, 0),
        [](clsScreen& s, const RECT& c) {
@@ -129,8 +133,10 @@ TEST(ScreenDrawingShell, EachShapeLeavesItsPixelsClearRemovesThemRefreshRestores
        },
        1300, 1560},
       {"line", RGB(128, 0, 0),
-       [](clsScreen& s, const RECT& c) { return s.DrawLine(c.left + 10, c.top + 50, c.left + 90, c.top + 50); }, 80,
-       80},
+       [](clsScreen& s, const RECT& c) {
+         return s.DrawLine(c.left + 10, c.top + 50, c.left + 90, c.top + 50);
+       },
+       80, 80},
       {"picture", RGB(200, 0, 200),
        [&](clsScreen& s, const RECT& c) {
          return s.DrawPicture(c.left + 10, c.top + 10, "", nullptr, picture.Get(), 0, 0, false);
@@ -150,12 +156,14 @@ TEST(ScreenDrawingShell, EachShapeLeavesItsPixelsClearRemovesThemRefreshRestores
       // Half of 80 x 80, and its outline.
       {"polygon", RGB(0, 0, 128),
        [](clsScreen& s, const RECT& c) {
-         return s.DrawPolygon({c.left + 10, c.left + 90, c.left + 50}, {c.top + 90, c.top + 90, c.top + 10}, 3);
+         return s.DrawPolygon({c.left + 10, c.left + 90, c.left + 50}, {c.top + 90, c.top + 90, c.top + 10},
+                              3);
        },
        3100, 3450},
       {"polyline", RGB(128, 128, 0),
        [](clsScreen& s, const RECT& c) {
-         return s.DrawPolyline(c.left + 10, c.top + 10, {c.left + 90, c.left + 90}, {c.top + 10, c.top + 90}, 2);
+         return s.DrawPolyline(c.left + 10, c.top + 10, {c.left + 90, c.left + 90}, {c.top + 10, c.top + 90},
+                               2);
        },
        159, 161},
       {"filled rectangle", RGB(255, 255, 0),
@@ -169,7 +177,8 @@ TEST(ScreenDrawingShell, EachShapeLeavesItsPixelsClearRemovesThemRefreshRestores
        },
        196, 196},
       {"text", RGB(64, 0, 128),
-       [](clsScreen& s, const RECT& c) { return s.drawText("Quill", c.left + 5, c.top + 40, false); }, 20, 600},
+       [](clsScreen& s, const RECT& c) { return s.drawText("Quill", c.left + 5, c.top + 40, false); }, 20,
+       600},
   };
 
   clsScreen screen;
@@ -335,16 +344,16 @@ void WriteCursorFile(const std::string& path) {
     word(v >> 16);
   };
   const unsigned imageBytes = 40 + 8 + 128 + 128;
-  word(0), word(2), word(1);                      // a cursor file with one image
+  word(0), word(2), word(1);  // a cursor file with one image
   bytes.push_back(32), bytes.push_back(32), bytes.push_back(0), bytes.push_back(0);
-  word(1), word(1), dword(imageBytes), dword(22);  // hot spot, size, offset
+  word(1), word(1), dword(imageBytes), dword(22);     // hot spot, size, offset
   dword(40), dword(32), dword(64), word(1), word(1);  // header: 32 x (2 x 32), 1 bit
   for (int i = 0; i < 6; ++i) dword(0);
-  dword(0x00000000), dword(0x00FFFFFF);  // black, white
-  for (int row = 0; row < 32; ++row) dword(row < 16 ? 0xFFFF0000u : 0u);  // image
+  dword(0x00000000), dword(0x00FFFFFF);                                            // black, white
+  for (int row = 0; row < 32; ++row) dword(row < 16 ? 0xFFFF0000u : 0u);           // image
   for (int row = 0; row < 32; ++row) dword(row < 16 ? 0x0000FFFFu : 0xFFFFFFFFu);  // mask
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
-                                              static_cast<std::streamsize>(bytes.size()));
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
 LRESULT CALLBACK PlainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -387,7 +396,8 @@ TEST(ScreenCursorsShell, MousePointerRoundTripsOnAWindowOfOurOwn) {
 TEST(ScreenCursorsShell, CursorFileIsCheckedLoadedAndDestroyedWhenReplaced) {
   std::vector<std::string> boxes;
   clsScreen screen([&](std::string_view text, std::string_view title, PromptIcon icon) {
-    boxes.push_back(std::string(title) + "|" + std::string(text) + (icon == PromptIcon::Exclamation ? "|!" : ""));
+    boxes.push_back(std::string(title) + "|" + std::string(text) +
+                    (icon == PromptIcon::Exclamation ? "|!" : ""));
   });
   const auto folder = std::filesystem::temp_directory_path();
   const std::string cursorFile = (folder / "qm_screen_hand.cur").string();
@@ -407,7 +417,8 @@ TEST(ScreenCursorsShell, CursorFileIsCheckedLoadedAndDestroyedWhenReplaced) {
   EXPECT_EQ(boxes.size(), 1u);
 
   HWND window = MakeWindow("QmScreenCursorFileTest");
-  ASSERT_TRUE(screen.MousePointer(window, 1)) << (screen.LastError() ? screen.LastError()->Description() : "");
+  ASSERT_TRUE(screen.MousePointer(window, 1))
+      << (screen.LastError() ? screen.LastError()->Description() : "");
   const HCURSOR fromFile = reinterpret_cast<HCURSOR>(::GetClassLongPtrA(window, GCLP_HCURSOR));
   ICONINFO icon{};
   ASSERT_TRUE(::GetIconInfo(fromFile, &icon)) << "the class has the file's cursor";
@@ -423,7 +434,8 @@ TEST(ScreenCursorsShell, CursorFileIsCheckedLoadedAndDestroyedWhenReplaced) {
   EXPECT_FALSE(::GetIconInfo(fromFile, &icon)) << "the replaced file cursor is gone";
   ASSERT_TRUE(screen.MousePointer(window, 32512));
   EXPECT_FALSE(::GetIconInfo(second, &icon));
-  EXPECT_TRUE(::GetIconInfo(::LoadCursorA(nullptr, IDC_ARROW), &icon)) << "the system's arrow is never destroyed";
+  EXPECT_TRUE(::GetIconInfo(::LoadCursorA(nullptr, IDC_ARROW), &icon))
+      << "the system's arrow is never destroyed";
 
   ::DestroyWindow(window);
   std::filesystem::remove(cursorFile);
