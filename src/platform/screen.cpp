@@ -1,5 +1,9 @@
 #include "platform/screen.h"
 
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
 #include "platform/ansi_text.h"
 #include "platform/rounding.h"
 
@@ -157,6 +161,127 @@ bool FontNameList::Add(std::string name) {
   return true;
 }
 
+std::optional<ScreenSize> ResolutionOfCode(std::int32_t code) {
+  switch (code) {
+    case 0:
+      return ScreenSize{320, 240};
+    case 1:
+      return ScreenSize{640, 480};
+    case 2:
+      return ScreenSize{800, 600};
+    case 3:
+      return ScreenSize{1024, 768};
+    case 4:
+      return ScreenSize{1152, 864};
+    case 5:
+      return ScreenSize{1280, 1024};
+    case 6:
+      return ScreenSize{1600, 1200};
+    default:
+      return std::nullopt;
+  }
+}
+
+ResolutionError ResolutionFailure(std::int32_t result) {
+  switch (result) {
+    case -5:
+      return {
+          -5,
+          "An invalid parameter was passed in. This can include an invalid flag or combination of flags."};
+    case -4:
+      return {-4, "An invalid set of flags was passed in."};
+    case -3:
+      return {-3, "Unable to write settings to the registry."};
+    case -2:
+      return {-2, "The graphics mode is not supported."};
+    case -1:
+      return {-1, "The display driver failed the specified graphics mode."};
+    default:
+      return {-1, "An unknown error occured while trying to change the screen resolution."};
+  }
+}
+
+std::optional<Refusal> CheckDrawing(const ArcArgs& args) {
+  if (args.radius < 1) return Refusal{ScreenFailure::DrawArc, -1, kInvalidRadiusText};
+  return std::nullopt;
+}
+
+namespace {
+
+// A point count the lists cannot give is refused as the language's
+// run time refuses reading past a list's end.
+std::optional<Refusal> CheckPoints(ScreenFailure where, std::int32_t count, std::size_t xs, std::size_t ys) {
+  if (count == 0) return Refusal{where, -1, kInvalidPointCountText};
+  if (count < 0 || static_cast<std::size_t>(count) > std::min(xs, ys)) {
+    return Refusal{where, kErrSubscriptOutOfRange, kSubscriptOutOfRangeText};
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Refusal> CheckDrawing(const PolygonArgs& args) {
+  return CheckPoints(ScreenFailure::DrawPolygon, args.count, args.xs.size(), args.ys.size());
+}
+
+std::optional<Refusal> CheckDrawing(const PolylineArgs& args) {
+  return CheckPoints(ScreenFailure::DrawPolyline, args.count, args.xs.size(), args.ys.size());
+}
+
+std::optional<Refusal> CheckDrawing(const RectangleArgs& args) {
+  if (!args.filled && !args.outlined) return Refusal{ScreenFailure::DrawRectangle, -1, kInvalidRectangleText};
+  return std::nullopt;
+}
+
+std::optional<Refusal> CheckDrawing(const TextArgs& args) {
+  if (args.text.empty()) return Refusal{ScreenFailure::DrawText, 0, {}};
+  return std::nullopt;
+}
+
+std::optional<Refusal> CheckDrawing(const PictureArgs& args) {
+  if (args.path.empty() && !args.picture && args.bitmap == 0) {
+    return Refusal{ScreenFailure::DrawPicture, -1, kNoPictureText};
+  }
+  return std::nullopt;
+}
+
+std::optional<PieRadials> RadialsOfAngle(std::int32_t left, std::int32_t top, std::int32_t right,
+                                         std::int32_t bottom, float angle) {
+  const double degrees = std::isnan(angle) ? 0.0 : std::clamp(static_cast<double>(angle), 0.0, 360.0);
+  if (degrees == 0.0) return std::nullopt;
+  const double cx = (left + right) / 2.0;
+  const double cy = (top + bottom) / 2.0;
+  const double rx = (right - left) / 2.0;
+  const double ry = (bottom - top) / 2.0;
+  const auto at = [&](double turn) {
+    // Whole quarter turns land exactly on the edge middles.
+    const double rad = turn * std::numbers::pi / 180.0;
+    const double c = std::fmod(turn, 90.0) == 0.0 ? std::round(std::cos(rad)) : std::cos(rad);
+    const double s = std::fmod(turn, 90.0) == 0.0 ? std::round(std::sin(rad)) : std::sin(rad);
+    return std::pair{static_cast<std::int32_t>(std::lround(cx + rx * c)),
+                     static_cast<std::int32_t>(std::lround(cy - ry * s))};
+  };
+  const auto [x1, y1] = at(0.0);
+  const auto [x2, y2] = at(degrees);
+  return PieRadials{x1, y1, x2, y2};
+}
+
+std::int32_t MousePointerCode(const std::function<bool(std::int32_t cursorId)>& isClassCursor) {
+  for (std::int32_t id : kStandardCursorIds) {
+    if (isClassCursor(id)) return id;
+  }
+  return kMouseIconCursor;
+}
+
+bool IsMouseIconFileName(std::string_view path) {
+  if (path.size() < 4) return false;
+  std::string ending(path.substr(path.size() - 4));
+  for (char& c : ending) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return ending == ".ICO" || ending == ".CUR" || ending == ".ANI";
+}
+
 FontNameList& SharedFontList() {
   static FontNameList list;
   return list;
@@ -175,13 +300,73 @@ void ScreenModel::RaiseScreenError(ScreenFailure where, std::int32_t number,
 }
 
 void ScreenModel::FailNoScreenWindow(std::int32_t apiError, std::string_view apiText) const {
-  if (messageBox_) messageBox_(kNoScreenWindowText, kNoScreenWindowTitle);
+  if (messageBox_) messageBox_(kNoScreenWindowText, kNoScreenWindowTitle, PromptIcon::Critical);
   Raise(ScreenFailure::RefreshDisplayInfoWindow, apiError, apiText);
 }
 
 void ScreenModel::FailNoScreenDc(std::int32_t apiError, std::string_view apiText) const {
-  if (messageBox_) messageBox_(kNoScreenDcText, kNoScreenDcTitle);
+  if (messageBox_) messageBox_(kNoScreenDcText, kNoScreenDcTitle, PromptIcon::Critical);
   Raise(ScreenFailure::RefreshDisplayInfoDc, apiError, apiText);
+}
+
+bool ScreenModel::ChangeResolution(std::int32_t code, std::int32_t depth, bool& restartNeeded, bool testOnly,
+                                   const ChangeDisplay& change, const std::function<void()>& reread) {
+  DisplayModeRequest request;
+  request.fields = display_mode::kPelsWidth | display_mode::kPelsHeight;
+  if (depth != 0) request.fields |= display_mode::kBitsPerPel;
+  if (const auto size = ResolutionOfCode(code)) {
+    // The screen has the size (and depth) already: the driver is left alone.
+    if (static_cast<float>(size->width) == width_ && static_cast<float>(size->height) == height_ &&
+        (depth == 0 || depth == BitsPerPixel())) {
+      restartNeeded = false;
+      return true;
+    }
+    request.width = size->width;
+    request.height = size->height;
+  }
+  request.bitsPerPel = depth;
+  request.flags = testOnly ? display_mode::kTest : display_mode::kUpdateRegistry | display_mode::kReset;
+
+  const std::int32_t result = change(request);
+  if (result == display_mode::kSuccessful || result == display_mode::kRestart) {
+    restartNeeded = result == display_mode::kRestart;
+    if (reread) reread();
+    return true;
+  }
+  restartNeeded = false;
+  const ResolutionError error = ResolutionFailure(result);
+  Raise(ScreenFailure::ChangeResolution, error.number, error.description);
+}
+
+bool ScreenModel::Refused(const Refusal& refusal) {
+  if (refusal.number != 0) {
+    lastError_ = RuntimeError(refusal.number, ScreenErrorSource(exeName_, refusal.where),
+                              std::string(refusal.description));
+  }
+  return false;
+}
+
+void ScreenModel::Stop(std::exception_ptr error) {
+  try {
+    std::rethrow_exception(error);
+  } catch (const RuntimeError& e) {
+    lastError_ = e;
+  } catch (const std::bad_alloc&) {
+    lastError_ = RuntimeError(kErrOutOfMemory, exeName_, "Out of memory");
+  } catch (const std::exception& e) {
+    lastError_ = RuntimeError(-1, exeName_, e.what());
+  } catch (...) {
+    lastError_ = RuntimeError(-1, exeName_, "Unexpected error");
+  }
+}
+
+void ScreenModel::MouseIcon(std::string path, bool opensForReading) {
+  if (!opensForReading) return;
+  if (!IsMouseIconFileName(path)) {
+    if (messageBox_) messageBox_(kInvalidMouseIconText, kInvalidMouseIconTitle, PromptIcon::Exclamation);
+    return;
+  }
+  mouseIcon_ = std::move(path);
 }
 
 bool ScreenModel::ApplyDeviceCaps(const DeviceCaps& caps) {
@@ -236,7 +421,7 @@ FontSpec ScreenModel::Font() const {
 
 void ScreenModel::Font(const FontSpec& font) {
   font_ = ScreenFont{font.name,   RoundHalfEven(font.size), font.bold,
-                     font.italic, font.underline,         font.strikethrough};
+                     font.italic, font.underline,           font.strikethrough};
 }
 
 }  // namespace qm

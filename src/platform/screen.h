@@ -5,7 +5,9 @@
 // (screen_win32.h) adds the desktop's device context and GDI objects.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -16,6 +18,7 @@
 
 #include "platform/font_spec.h"
 #include "platform/ole_color.h"
+#include "platform/prompts.h"
 #include "platform/screen_error.h"
 #include "platform/screen_history.h"
 
@@ -84,6 +87,13 @@ inline constexpr std::string_view kInvalidColorText = "Invalid Color Specified";
 inline constexpr std::string_view kInvalidFontNameText = "Invalid Font Name Specified";
 inline constexpr std::string_view kInvalidFontSizeText = "Invalid Font Size Specified";
 inline constexpr std::string_view kSubscriptOutOfRangeText = "Subscript out of range";
+
+inline constexpr std::string_view kInvalidRadiusText = "Invalid Radius Specified";
+inline constexpr std::string_view kInvalidPointCountText = "Invalid POINT Count Specified";
+inline constexpr std::string_view kInvalidRectangleText = "Invalid Parameters Specified";
+inline constexpr std::string_view kNoPictureText = "No picture specified to draw.";
+inline constexpr std::string_view kPictureNotFoundText = "Specified picture could not be found.";
+inline constexpr std::string_view kInvalidPictureText = "Invalid picture variable specified.";
 
 // The two boxes shown when the desktop cannot be reached (critical icon).
 inline constexpr std::string_view kNoScreenWindowText =
@@ -160,14 +170,123 @@ class FontNameList {
 // The one list shared by every screen object.
 FontNameList& SharedFontList();
 
-// Shows a box with the critical icon: text, then title.
-using ScreenMessageBox = std::function<void(std::string_view text, std::string_view title)>;
+// Shows a box with OK: text, title, icon. The screen service titles its
+// boxes itself (not with the application's title).
+using ScreenMessageBox = std::function<void(std::string_view text, std::string_view title, PromptIcon icon)>;
+
+// ---- Changing the display resolution -----------------------------------
+
+// What is asked of the display driver (the Win32 half copies it into a
+// DEVMODEA and calls ChangeDisplaySettingsA with the flags).
+struct DisplayModeRequest {
+  std::uint32_t fields = 0;  // DM_PELSWIDTH | DM_PELSHEIGHT [| DM_BITSPERPEL]
+  std::int32_t width = 0;    // pixels; 0 for a code outside the table
+  std::int32_t height = 0;
+  std::int32_t bitsPerPel = 0;  // 0: the depth is kept
+  std::uint32_t flags = 0;      // CDS_UPDATEREGISTRY | CDS_RESET, or CDS_TEST
+  friend bool operator==(const DisplayModeRequest&, const DisplayModeRequest&) = default;
+};
+
+namespace display_mode {
+inline constexpr std::uint16_t kDevModeSize = 148;  // the ANSI record without the panning fields
+inline constexpr std::uint32_t kBitsPerPel = 0x00040000;
+inline constexpr std::uint32_t kPelsWidth = 0x00080000;
+inline constexpr std::uint32_t kPelsHeight = 0x00100000;
+inline constexpr std::uint32_t kUpdateRegistry = 0x00000001;
+inline constexpr std::uint32_t kTest = 0x00000002;
+inline constexpr std::uint32_t kReset = 0x40000000;
+inline constexpr std::int32_t kSuccessful = 0;
+inline constexpr std::int32_t kRestart = 1;
+}  // namespace display_mode
+
+struct ScreenSize {
+  std::int32_t width = 0, height = 0;
+  friend bool operator==(const ScreenSize&, const ScreenSize&) = default;
+};
+
+// The size of a resolution code 0 to 6 (320 x 240 up to 1600 x 1200);
+// nothing for any other code.
+std::optional<ScreenSize> ResolutionOfCode(std::int32_t code);
+
+// The error a refused change raises: the driver's result and its text for
+// -5 to -1, number -1 and the unknown-error text for anything else.
+struct ResolutionError {
+  std::int32_t number;
+  std::string_view description;
+};
+ResolutionError ResolutionFailure(std::int32_t result);
+
+// Calls the display driver with the request and gives its result
+// (ChangeDisplaySettingsA).
+using ChangeDisplay = std::function<std::int32_t(const DisplayModeRequest&)>;
+
+// ---- Drawing --------------------------------------------------------------
+
+// Why a drawing member refuses its arguments before drawing anything: the
+// step, the number and the text it raises. Number 0 refuses silently (the
+// empty text).
+struct Refusal {
+  ScreenFailure where;
+  std::int32_t number;
+  std::string_view description;
+};
+std::optional<Refusal> CheckDrawing(const ArcArgs& args);
+std::optional<Refusal> CheckDrawing(const PolygonArgs& args);
+std::optional<Refusal> CheckDrawing(const PolylineArgs& args);
+std::optional<Refusal> CheckDrawing(const RectangleArgs& args);
+std::optional<Refusal> CheckDrawing(const TextArgs& args);
+std::optional<Refusal> CheckDrawing(const PictureArgs& args);
+template <typename Args>
+std::optional<Refusal> CheckDrawing(const Args&) {
+  return std::nullopt;
+}
+
+// The two radial points of a pie slice given by its angle. The angle is
+// clamped to 0...360 degrees and counted counter-clockwise (the screen's
+// arc direction) from three o'clock: the first radial is the middle of the
+// bounding rectangle's right edge, and the second is where the angle's ray
+// meets the ellipse inscribed in the rectangle, so that each quarter turn
+// lands on the next edge middle (90: top, 180: left, 270: bottom, 360: the
+// right edge again, the whole ellipse). Nothing for a slice of 0 degrees,
+// which has nothing to fill.
+struct PieRadials {
+  std::int32_t x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+  friend bool operator==(const PieRadials&, const PieRadials&) = default;
+};
+std::optional<PieRadials> RadialsOfAngle(std::int32_t left, std::int32_t top, std::int32_t right,
+                                         std::int32_t bottom, float angle);
+
+// ---- Cursors --------------------------------------------------------------
+
+// The standard cursors MousePointer knows, in the order it tries them:
+// app-starting, arrow, cross, help, I-beam, icon, no, size, size-all,
+// size NE-SW, size N-S, size NW-SE, size W-E, up-arrow, wait.
+inline constexpr std::array<std::int32_t, 15> kStandardCursorIds = {
+    32650, 32512, 32515, 32651, 32513, 32641, 32648, 32640, 32646, 32643, 32645, 32642, 32644, 32516, 32514};
+// The code of the cursor loaded from the MouseIcon file.
+inline constexpr std::int32_t kMouseIconCursor = 1;
+
+// The code of a class cursor: the first standard cursor it is, tried in the
+// order above, or kMouseIconCursor when it is none of them.
+std::int32_t MousePointerCode(const std::function<bool(std::int32_t cursorId)>& isClassCursor);
+
+// A cursor file's name ends in ".ico", ".cur" or ".ani", in any case.
+bool IsMouseIconFileName(std::string_view path);
+inline constexpr std::string_view kInvalidMouseIconText =
+    "Invalid mouse icon file.  File must be an .ICO, .CUR, or .ANI file.";
+inline constexpr std::string_view kInvalidMouseIconTitle = "  Invalid File Type";
 
 class ScreenModel {
  public:
   explicit ScreenModel(std::string exeName, ScreenMessageBox messageBox = {});
 
   const std::string& ExeName() const { return exeName_; }
+
+  // The error the last contained member stopped (drawing, Refresh, Clear,
+  // the MousePointer let), or nothing when it raised none. Each contained
+  // member starts by forgetting the one before.
+  const std::optional<RuntimeError>& LastError() const { return lastError_; }
+  void ClearLastError() { lastError_.reset(); }
 
   // Raises the error with the step's source. RaiseScreenError does nothing
   // for number 0.
@@ -177,6 +296,16 @@ class ScreenModel {
   // raises the platform's error with the step's source.
   [[noreturn]] void FailNoScreenWindow(std::int32_t apiError, std::string_view apiText) const;
   [[noreturn]] void FailNoScreenDc(std::int32_t apiError, std::string_view apiText) const;
+
+  // Changes the display to the size of the code (and to the depth, when
+  // not 0). When the screen has that size and depth already, nothing is
+  // asked of the driver and the result is true. Otherwise change runs with
+  // the request: a success or a restart-needed result reads the device
+  // again through reread and gives true (restartNeeded says which); any
+  // other result raises with the ChangeResolution source (restartNeeded
+  // false).
+  bool ChangeResolution(std::int32_t code, std::int32_t depth, bool& restartNeeded, bool testOnly,
+                        const ChangeDisplay& change, const std::function<void()>& reread);
 
   // Display information, as last read from the device.
   // False when a size of 0 pixels left a twips ratio unworked.
@@ -239,6 +368,30 @@ class ScreenModel {
   const ScreenHistory& History() const { return history_; }
   void ClearHistory() { history_.Clear(); }
 
+  // Runs one drawing member, contained. Arguments that CheckDrawing refuses
+  // are neither drawn nor recorded. Otherwise paint(args) draws, raising
+  // the member's error when the platform call fails; the call is recorded
+  // (when recording) whether it drew or not, and the result says whether
+  // it drew.
+  template <typename Args, typename Paint>
+  bool Draw(Args args, Paint&& paint) {
+    ClearLastError();
+    if (const auto refusal = CheckDrawing(args)) return Refused(*refusal);
+    bool drawn = false;
+    try {
+      drawn = static_cast<bool>(paint(static_cast<const Args&>(args)));
+    } catch (...) {
+      Stop(std::current_exception());
+    }
+    Remember(std::move(args));
+    return drawn;
+  }
+  // Keeps the refusal's error as the last one (none for number 0); false.
+  bool Refused(const Refusal& refusal);
+  // Keeps a raised error as the last one; anything else than the service's
+  // own error is kept as an unexpected one.
+  void Stop(std::exception_ptr error);
+
   // Records one drawing call, when EnableRefresh is on and no replay runs.
   template <typename Args>
   void Remember(Args args) {
@@ -258,6 +411,13 @@ class ScreenModel {
     });
   }
   bool Replaying() const { return replaying_; }
+
+  // The cursor file that MousePointer 1 loads. A path is taken only when
+  // the file could be opened for reading (else nothing is said) and its
+  // name ends in .ico, .cur or .ani (else the user is told, with the
+  // exclamation icon, and the old path stays).
+  const std::string& MouseIcon() const { return mouseIcon_; }
+  void MouseIcon(std::string path, bool opensForReading);
 
  private:
   class ReplayScope {
@@ -295,6 +455,9 @@ class ScreenModel {
   std::int32_t penStyle_ = 0;  // solid
   std::int32_t penWidth_ = 1;
   ScreenFont font_;
+
+  std::string mouseIcon_;
+  std::optional<RuntimeError> lastError_;
 
   bool enableRefresh_ = false;
   bool replaying_ = false;

@@ -1,12 +1,13 @@
 #include "platform/screen_win32.h"
 
-#include "platform/application_win32.h"
-
 #include <cstring>
 #include <new>
 #include <optional>
 #include <string_view>
 #include <vector>
+
+#include "platform/application_win32.h"
+#include "platform/wide_text_win32.h"
 
 namespace qm::win32 {
 
@@ -21,10 +22,18 @@ std::string TextOf(const char (&field)[N]) {
   return std::string(field, strnlen(field, N));
 }
 
-std::string ModuleExeName() { return ExecutableName(); }
+std::string ModuleExeName() {
+  return ExecutableName();
+}
 
-void ShowCriticalBox(std::string_view text, std::string_view title) {
-  ::MessageBoxA(nullptr, std::string(text).c_str(), std::string(title).c_str(), MB_OK | MB_ICONSTOP);
+// The service's own boxes carry their own titles, so they do not go
+// through the program's prompts (which title every box "Quillmere").
+void ShowScreenBox(std::string_view text, std::string_view title, PromptIcon icon) {
+  const UINT iconFlag = icon == PromptIcon::Critical      ? MB_ICONSTOP
+                        : icon == PromptIcon::Exclamation ? MB_ICONEXCLAMATION
+                        : icon == PromptIcon::Question    ? MB_ICONQUESTION
+                                                          : MB_ICONINFORMATION;
+  ::MessageBoxW(nullptr, Widen(text).c_str(), Widen(title).c_str(), MB_OK | iconFlag);
 }
 
 }  // namespace
@@ -61,7 +70,7 @@ bool ScreenDc::SelectOwned(GdiObject<H>& slot, HGDIOBJ& original, GdiObject<H> o
   return true;
 }
 
-clsScreen::clsScreen() : clsScreen(ShowCriticalBox) {}
+clsScreen::clsScreen() : clsScreen(ShowScreenBox) {}
 
 clsScreen::clsScreen(ScreenMessageBox messageBox) : ScreenModel(ModuleExeName(), std::move(messageBox)) {
   // A DC that could not be had is asked for again by RefreshDisplayInfo,
@@ -74,6 +83,7 @@ clsScreen::clsScreen(ScreenMessageBox messageBox) : ScreenModel(ModuleExeName(),
 }
 
 clsScreen::~clsScreen() {
+  ForgetFileCursors();
   try {
     Clear(true);
     ClearHistory();

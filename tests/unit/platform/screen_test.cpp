@@ -122,7 +122,7 @@ TEST(ScreenErrors, ExeNameAndSystemTextAreTidied) {
 
 TEST(ScreenErrors, MissingDesktopShowsItsBoxThenRaises) {
   std::vector<std::pair<std::string, std::string>> boxes;
-  ScreenModel screen("quillmere", [&](std::string_view text, std::string_view title) {
+  ScreenModel screen("quillmere", [&](std::string_view text, std::string_view title, PromptIcon) {
     boxes.emplace_back(std::string(text), std::string(title));
   });
 
