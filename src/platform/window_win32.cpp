@@ -1,5 +1,7 @@
 #include "platform/window_win32.h"
 
+#include "platform/screen_win32.h"
+
 #include <exception>
 
 namespace qm::win32 {
@@ -43,6 +45,8 @@ LRESULT CALLBACK Window::StaticProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM l
     self = static_cast<Window*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
     self->hwnd_ = hwnd;
     ::SetWindowLongPtrA(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+    // A top-level window is one of the program's forms while it exists.
+    if ((reinterpret_cast<CREATESTRUCTA*>(lParam)->style & WS_CHILD) == 0) FormLoaded(hwnd);
   } else {
     self = reinterpret_cast<Window*>(::GetWindowLongPtrA(hwnd, GWLP_USERDATA));
   }
@@ -55,6 +59,7 @@ LRESULT CALLBACK Window::StaticProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM l
     result = ::DefWindowProcA(hwnd, msg, wParam, lParam);
   }
   if (msg == WM_NCDESTROY) {
+    FormUnloaded(hwnd);
     ::SetWindowLongPtrA(hwnd, GWLP_USERDATA, 0);
     self->hwnd_ = nullptr;
     self->OnDestroyed();

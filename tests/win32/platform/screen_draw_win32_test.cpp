@@ -4,7 +4,9 @@
 // window and picture objects.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -12,6 +14,7 @@
 #include <vector>
 
 #include "platform/screen_win32.h"
+#include "platform/window_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -467,6 +470,30 @@ TEST(ScreenActiveShell, ActiveWindowFormAndControl) {
   FormUnloaded(form);
   EXPECT_EQ(screen.ActiveForm(), nullptr);
   ::DestroyWindow(form);
+}
+
+// A window of the program's own kind, top-level or a child.
+class ProgramWindow final : public Window {
+ public:
+  explicit ProgramWindow(HWND parent = nullptr) {
+    CreateArgs args;
+    args.className = "QmScreenProgramWindow";
+    args.style = parent ? WS_CHILD : WS_POPUP;
+    args.parent = parent;
+    Create(args);
+  }
+};
+
+TEST(ScreenActiveShell, TheProgramsTopLevelWindowsAreItsFormsWhileTheyExist) {
+  auto form = std::make_unique<ProgramWindow>();
+  ProgramWindow child(form->Hwnd());
+  const HWND hwnd = form->Hwnd();
+  ASSERT_TRUE(hwnd && child.Hwnd());
+  const auto& forms = LoadedForms();
+  EXPECT_NE(std::find(forms.begin(), forms.end(), hwnd), forms.end());
+  EXPECT_EQ(std::find(forms.begin(), forms.end(), child.Hwnd()), forms.end()) << "a child is no form";
+  form.reset();
+  EXPECT_EQ(std::find(forms.begin(), forms.end(), hwnd), forms.end());
 }
 
 TEST(ScreenPictureShell, PictureFromHandleOwnsTheBitmapAndDraws) {
