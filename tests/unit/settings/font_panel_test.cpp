@@ -153,7 +153,7 @@ TEST(ColorSwatchesTest, EachValueHasOneRowAndOnlyAColourWithoutASwatchGetsTheExt
   // above "More colours...", with its components.
   int row = swatches.RowFor(kAlmostWhite);
   EXPECT_EQ(swatches.Rows().size(), plain + 1);
-  EXPECT_EQ(swatches.Rows()[row].text, "RGB 255, 255, 254");
+  EXPECT_EQ(swatches.Rows()[row].text, "RGB 254, 255, 255");
   EXPECT_EQ(swatches.ColorAt(row), kAlmostWhite);
   EXPECT_TRUE(swatches.IsMore(row + 1));
   EXPECT_FALSE(swatches.ColorAt(row + 1).has_value());
