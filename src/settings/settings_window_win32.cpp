@@ -331,6 +331,8 @@ void frmSettings::ShowTimingCaptions() {
   if (!timingPanel_) return;
   if (lblDuration_) ::SetWindowTextW(lblDuration_, Widen(timingPanel_->lblDuration).c_str());
   if (lblFrequency_) ::SetWindowTextW(lblFrequency_, Widen(timingPanel_->lblFrequency).c_str());
+  for (HWND label : {lblDuration_, lblFrequency_})
+    if (label) ::RedrawWindow(label, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
 }
 
 void frmSettings::BindPanels() {
@@ -497,7 +499,12 @@ void frmSettings::Form_Unload() {
 }
 
 LRESULT frmSettings::ColorStatic(HDC dc, HWND control) {
-  const bool frame = control == fraTimesAndDuration_ || control == fraFont_;
+  // The frames' captions cover their line; the timing captions and the
+  // wheels' ends are rewritten in place, so each new text covers the old.
+  const bool frame = control == fraTimesAndDuration_ || control == fraFont_ || control == lblDuration_ ||
+                     control == lblFrequency_ || control == bvlWHEEL1_.MinLabel() ||
+                     control == bvlWHEEL1_.MaxLabel() || control == bvlWHEEL2_.MinLabel() ||
+                     control == bvlWHEEL2_.MaxLabel();
   ::SetTextColor(dc, control == lblVersion_ ? kBlack : kWhite);
   ::SetBkColor(dc, kSettingsBlue);
   // A frame's caption covers its line; the labels are transparent.
