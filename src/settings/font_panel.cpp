@@ -1,5 +1,7 @@
 #include "settings/font_panel.h"
 
+#include "platform/rounding.h"
+
 namespace qm {
 
 FontPanel::FontPanel(SettingsStore& store, frmMessage& flasher, FontSpec previewFont)
@@ -17,6 +19,35 @@ void FontPanel::ColorPicker1_Change() {
   flasher_.SetLabelColor(lblPreview.ForeColor());
   lblPreview.Refresh();
   store_.Record().color = static_cast<std::int32_t>(lblPreview.ForeColor());
+  store_.SaveSettings();
+  if (Changed) Changed();
+}
+
+void FontPanel::cmdEditFont_Click(FontChooser& CommonDialog1) {
+  const FontSpec before = lblPreview.Font();
+  CommonDialog1.SetFlags(kEditFontFlags);
+  CommonDialog1.SetFontSize(RoundHalfEven(before.size));
+  CommonDialog1.SetFontName(before.name);
+  CommonDialog1.SetFontBold(before.bold);
+  CommonDialog1.SetFontItalic(before.italic);
+  CommonDialog1.ShowFont();
+
+  const DialogFont chosen = CommonDialog1.Font();
+  FontSpec font;
+  font.name = chosen.name;
+  font.size = chosen.size;
+  font.bold = chosen.bold;
+  font.italic = chosen.italic;
+  font.underline = chosen.underline;
+  font.strikethrough = chosen.strikethrough;
+  lblPreview.SetFont(font);
+
+  const FontSpec& shown = lblPreview.Font();
+  Settings& s = store_.Record();
+  s.fontSize = RoundHalfEven(shown.size);
+  s.bold = shown.bold;
+  s.italic = shown.italic;
+  s.fontName = shown.name;
   store_.SaveSettings();
   if (Changed) Changed();
 }

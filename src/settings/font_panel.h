@@ -7,14 +7,37 @@
 // The frame on the screen mirrors this model; Changed tells it to.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <string>
 
 #include "display/message_flasher.h"
 #include "library/settings_store.h"
+#include "platform/common_dialog.h"
 #include "settings/color_picker.h"
 #include "settings/preview_label.h"
 
 namespace qm {
+
+// The font chooser as the panel drives it: the settings window's common
+// dialog object. The chooser starts from the font set here and, when the
+// user confirms it, returns the chosen one into Font(); a cancel leaves
+// everything as it was set and returns normally.
+class FontChooser {
+ public:
+  virtual ~FontChooser() = default;
+  virtual void SetFlags(std::uint32_t flags) = 0;
+  virtual void SetFontSize(std::int32_t points) = 0;
+  virtual void SetFontName(const std::string& name) = 0;
+  virtual void SetFontBold(bool bold) = 0;
+  virtual void SetFontItalic(bool italic) = 0;
+  // Opens the chooser and returns when it closes.
+  virtual void ShowFont() = 0;
+  virtual DialogFont Font() = 0;
+};
+
+// The chooser's flags as the panel opens it: screen fonts only.
+inline constexpr std::uint32_t kEditFontFlags = 1;
 
 class FontPanel {
  public:
@@ -27,6 +50,13 @@ class FontPanel {
   ColorPicker ColorPicker1{kLightGrey};
 
   void ColorPicker1_Change();
+
+  // "Edit Font": the chooser opens on the preview's font (its size rounded
+  // to whole points, a half to the even one); whatever it closes with, OK
+  // or Cancel, becomes the preview's font, is stored in entries 1, 2, 3 and
+  // 0 and is saved. A font the preview refuses leaves the preview as it
+  // was, and the entries then store what the preview shows.
+  void cmdEditFont_Click(FontChooser& CommonDialog1);
 
   // Called after the handler has run.
   std::function<void()> Changed;

@@ -30,6 +30,15 @@ enum SettingsControlId : int {
   kIdCmdStop,
   kIdLblDuration,
   kIdLblFrequency,
+  kIdBvlWheel1,
+  kIdBvlWheel2,
+  kIdWheel1Min,  // the duration wheel's ends: 1 and 1000
+  kIdWheel1Max,
+  kIdWheel2Min,  // the frequency wheel's ends: 1 and 30
+  kIdWheel2Max,
+  kIdCmdEditFont,
+  kIdColorPicker1,
+  kIdPicture1,
 };
 
 // The class names of the settings window and of its panel.

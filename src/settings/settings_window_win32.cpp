@@ -227,12 +227,32 @@ void frmSettings::CreateControls() {
   lstMessageCategoriesView_.ItemCheck = [this] { library_.lstMessageCategories_ItemCheck(); };
   lstPhrasesView_.ItemCheck = [this] { library_.lstPhrases_ItemCheck(); };
 
-  // The timing captions sit in their frame (120 twips in, 300 and 960
-  // down), above it.
-  lblDuration_ = MakeControl(WC_STATICW, L"", WS_VISIBLE | SS_CENTER, form, Pixels(180 + 120, 3660 + 300, 2775, 375),
-                             kIdLblDuration, listFont_.Get());
-  lblFrequency_ = MakeControl(WC_STATICW, L"", WS_VISIBLE | SS_CENTER, form,
+  // The timing panel in its frame (180, 3660): each caption above its
+  // wheel, so that a screen reader names the wheel after it.
+  bvlWHEEL1_.Create(form, Pixels(180 + 120, 3660 + 600, 2895, 315), kIdBvlWheel1, kIdWheel1Min, versionFont_.Get(),
+                    Wheel{1, 1000, 1}, 50);
+  bvlWHEEL2_.Create(form, Pixels(180 + 120, 3660 + 1260, 2895, 315), kIdBvlWheel2, kIdWheel2Min,
+                    versionFont_.Get(), Wheel{1, 30, 1}, 5);
+  lblDuration_ = MakeControl(WC_STATICW, L"Duration: 1 Millisecond(s)", WS_VISIBLE | SS_CENTER, form,
+                             Pixels(180 + 120, 3660 + 300, 2775, 375), kIdLblDuration, listFont_.Get());
+  lblFrequency_ = MakeControl(WC_STATICW, L"Frequency: 1 Second(s)", WS_VISIBLE | SS_CENTER, form,
                               Pixels(180 + 120, 3660 + 960, 2775, 375), kIdLblFrequency, listFont_.Get());
+  // Each caption goes just above its wheel in the z-order (and so in the
+  // tab order's reading).
+  if (lblDuration_ && bvlWHEEL1_.Hwnd())
+    ::SetWindowPos(lblDuration_, bvlWHEEL1_.MaxLabel(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  if (lblFrequency_ && bvlWHEEL2_.Hwnd())
+    ::SetWindowPos(lblFrequency_, bvlWHEEL2_.MaxLabel(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+
+  // The font panel in its frame (3540, 3660).
+  {
+    PropertyStore stored{{"Style", 10}, {"iNonThemeStyle", 0}, {"Caption", "Edit Font"}, {"ToolTipType", 0}};
+    stored.Set("BackColor", std::int64_t{0x00B36A36});
+    cmdEditFont_.Create(form, {3540 + 240, 3660 + 360, 1335, 435}, stored, kIdCmdEditFont);
+    cmdEditFont_.Model().events.Click = [this] { cmdEditFont_Click(); };
+  }
+  ColorPicker1_.Create(form, Pixels(3540 + 1680, 3660 + 360, 1275, 435), kIdColorPicker1, guiFont_);
+  Picture1_.Create(form, Pixels(3540 + 240, 3660 + 840, 2715, 795), kIdPicture1, dpiX_, dpiY_);
 
   fraTimesAndDuration_ = MakeControl(WC_BUTTONW, L"Times and Duration", WS_VISIBLE | BS_GROUPBOX, form,
                                      Pixels(180, 3660, 3135, 1755), kIdFraTimesAndDuration, labelFont_.Get());
@@ -285,6 +305,9 @@ void frmSettings::CreateControls() {
              "This is the list of subliminal message categories. Check the ones who want to view.");
   AddTooltip(lstPhrasesView_.Hwnd(), "List is the list of subliminal messages for the selected category.");
   AddTooltip(cmdStop_, "Click this button to stop the subliminal messages");
+  AddTooltip(ColorPicker1_.Hwnd(), "Select the font color here");
+  AddTooltip(Picture1_.Hwnd(),
+             "This is a preview of how the subliminal message will look on a dark and light background");
 
   TabMenu_.Model().events.ItemClick = [this] { TabMenu_ItemClick(); };
   editing_ = std::make_unique<LibraryEditing>(library_, lstMessageCategories_, lstPhrases_, files_, prompts_, pump_);
@@ -309,6 +332,43 @@ void frmSettings::ShowTimingCaptions() {
   if (!timingPanel_) return;
   if (lblDuration_) ::SetWindowTextW(lblDuration_, Widen(timingPanel_->lblDuration).c_str());
   if (lblFrequency_) ::SetWindowTextW(lblFrequency_, Widen(timingPanel_->lblFrequency).c_str());
+  for (HWND label : {lblDuration_, lblFrequency_})
+    if (label) ::RedrawWindow(label, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+}
+
+void frmSettings::BindPanels() {
+  timingPanel_->Changed = [this] {
+    ShowTimingCaptions();
+    bvlWHEEL1_.Show();
+    bvlWHEEL2_.Show();
+  };
+  fontPanel_->Changed = [this] {
+    ColorPicker1_.Show();
+    if (Picture1_.Hwnd()) ::InvalidateRect(Picture1_.Hwnd(), nullptr, FALSE);
+  };
+  fontPanel_->lblPreview.Changed = [this] {
+    if (Picture1_.Hwnd()) {
+      ::InvalidateRect(Picture1_.Hwnd(), nullptr, FALSE);
+      ::UpdateWindow(Picture1_.Hwnd());
+    }
+  };
+  bvlWHEEL1_.Bind(&timingPanel_->bvlWHEEL1);
+  bvlWHEEL2_.Bind(&timingPanel_->bvlWHEEL2);
+  ColorPicker1_.Bind(&fontPanel_->ColorPicker1);
+  Picture1_.Bind(&fontPanel_->lblPreview);
+}
+
+void frmSettings::UnbindPanels() {
+  bvlWHEEL1_.Bind(nullptr);
+  bvlWHEEL2_.Bind(nullptr);
+  ColorPicker1_.Bind(nullptr);
+  Picture1_.Bind(nullptr);
+}
+
+void frmSettings::cmdEditFont_Click() {
+  if (!fontPanel_ || !CommonDialog1_) return;
+  CommonDialogFontChooser chooser(*CommonDialog1_);
+  fontPanel_->cmdEditFont_Click(chooser);
 }
 
 void frmSettings::ShowMessagesPage(bool show) {
@@ -316,7 +376,9 @@ void frmSettings::ShowMessagesPage(bool show) {
   for (HWND control : {Label1_, Label2_, lstMessageCategoriesView_.Hwnd(), lstPhrasesView_.Hwnd(), txtEditWord_,
                        txtEditCat_, cmdAdd_.Hwnd(), cmdEdit_.Hwnd(), cmdDelete_.Hwnd(), cmdAddCat_.Hwnd(),
                        cmdEditCat_.Hwnd(), cmdDeleteCat_.Hwnd(), fraTimesAndDuration_, fraFont_, lblDuration_,
-                       lblFrequency_})
+                       lblFrequency_, bvlWHEEL1_.Hwnd(), bvlWHEEL1_.MinLabel(), bvlWHEEL1_.MaxLabel(),
+                       bvlWHEEL2_.Hwnd(), bvlWHEEL2_.MinLabel(), bvlWHEEL2_.MaxLabel(), cmdEditFont_.Hwnd(),
+                       ColorPicker1_.Hwnd(), Picture1_.Hwnd()})
     if (control) ::ShowWindow(control, how);
 }
 
@@ -395,8 +457,8 @@ bool frmSettings::Form_Load(std::string_view commandLine) {
 
   // The stored settings, applied to the panels and the message window.
   timingPanel_ = std::make_unique<TimingPanel>(store_, flasher_->Form());
-  timingPanel_->Changed = [this] { ShowTimingCaptions(); };
   fontPanel_ = std::make_unique<FontPanel>(store_, flasher_->Form());
+  BindPanels();
   LoadSettings(store_, {fontPanel_->lblPreview, fontPanel_->ColorPicker1, timingPanel_->bvlWHEEL1,
                        timingPanel_->bvlWHEEL2, flasher_->Form()});
   ShowTimingCaptions();
@@ -427,6 +489,7 @@ void frmSettings::Form_Unload() {
   // Every other window: the flasher's unload repaints the desktop.
   loop_.SetFilter(nullptr);
   runControl_.reset();
+  UnbindPanels();
   fontPanel_.reset();
   timingPanel_.reset();
   flasher_.reset();
@@ -437,7 +500,12 @@ void frmSettings::Form_Unload() {
 }
 
 LRESULT frmSettings::ColorStatic(HDC dc, HWND control) {
-  const bool frame = control == fraTimesAndDuration_ || control == fraFont_;
+  // The frames' captions cover their line; the timing captions and the
+  // wheels' ends are rewritten in place, so each new text covers the old.
+  const bool frame = control == fraTimesAndDuration_ || control == fraFont_ || control == lblDuration_ ||
+                     control == lblFrequency_ || control == bvlWHEEL1_.MinLabel() ||
+                     control == bvlWHEEL1_.MaxLabel() || control == bvlWHEEL2_.MinLabel() ||
+                     control == bvlWHEEL2_.MaxLabel();
   ::SetTextColor(dc, control == lblVersion_ ? kBlack : kWhite);
   ::SetBkColor(dc, kSettingsBlue);
   // A frame's caption covers its line; the labels are transparent.
@@ -450,7 +518,26 @@ LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
   switch (msg) {
     case WM_CTLCOLORSTATIC:
       return ColorStatic(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+    case WM_HSCROLL: {
+      const auto bar = reinterpret_cast<HWND>(lParam);
+      if (bar && bar == bvlWHEEL1_.Hwnd()) bvlWHEEL1_.Scrolled();
+      if (bar && bar == bvlWHEEL2_.Hwnd()) bvlWHEEL2_.Scrolled();
+      return 0;
+    }
+    case WM_MEASUREITEM: {
+      auto& item = *reinterpret_cast<MEASUREITEMSTRUCT*>(lParam);
+      if (item.CtlID != kIdColorPicker1) return Window::HandleMessage(msg, wParam, lParam);
+      ColorPicker1_.Measure(item);
+      return TRUE;
+    }
+    case WM_DRAWITEM: {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+      if (item.CtlID != kIdColorPicker1) return Window::HandleMessage(msg, wParam, lParam);
+      ColorPicker1_.Draw(item);
+      return TRUE;
+    }
     case WM_COMMAND:
+      if (LOWORD(wParam) == kIdColorPicker1) ColorPicker1_.Command(HIWORD(wParam));
       if (LOWORD(wParam) == kIdCmdStop && HIWORD(wParam) == BN_CLICKED && runControl_) runControl_->cmdStop_Click();
       return 0;
     case WM_NOTIFY: {

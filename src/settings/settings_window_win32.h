@@ -38,6 +38,7 @@
 #include "run/run_control.h"
 #include "settings/checked_list_view_win32.h"
 #include "settings/font_panel.h"
+#include "settings/panels_win32.h"
 #include "settings/rich_text_win32.h"
 #include "settings/settings_ids.h"
 #include "settings/settings_loader.h"
@@ -103,6 +104,13 @@ class frmSettings final : public Window,
   TrayIcon& Tray() { return tray_; }
   frmMessage& Flasher() { return flasher_->Form(); }
   SettingsStore& Store() { return store_; }
+  // The panels' models (present once the window has loaded).
+  TimingPanel& Timing() { return *timingPanel_; }
+  FontPanel& FontLook() { return *fontPanel_; }
+
+  // "Edit Font": the font chooser through CommonDialog1 (no owner window);
+  // returns when it closes.
+  void cmdEditFont_Click();
 
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
@@ -145,6 +153,9 @@ class frmSettings final : public Window,
   void ShowPage(std::string_view rtfFile);
   void ShowMessagesPage(bool show);
   void ShowTimingCaptions();
+  // The panels' controls show their models from now on.
+  void BindPanels();
+  void UnbindPanels();
   LRESULT ColorStatic(HDC dc, HWND control);
   // Offered every message of the program's loop before it is dispatched:
   // the access keys and the dialog keys of the window.
@@ -200,6 +211,11 @@ class frmSettings final : public Window,
   HWND fraFont_ = nullptr;
   HWND lblDuration_ = nullptr;
   HWND lblFrequency_ = nullptr;
+  WheelView bvlWHEEL1_;
+  WheelView bvlWHEEL2_;
+  isButtonWindow cmdEditFont_;
+  ColorPickerView ColorPicker1_;
+  PreviewPicture Picture1_;
   RichTextBox rtfHelp_;
   HWND cmdStop_ = nullptr;
   HWND tooltips_ = nullptr;
