@@ -237,7 +237,8 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
   ASSERT_TRUE(WaitFor([&] { return folder.Has("\\__.__"); }, 3s));
   EXPECT_EQ(folder.Get("\\__.__"), "Arial\r\n10\r\nFalse\r\nFalse\r\n12632256\r\n1\r\n1");
 
-  // OK after typing 24 into the size and stepping the style down to Bold.
+  // OK after stepping the face from Arial to the next one (Courier New),
+  // typing 24 into the size and stepping the style down to Bold.
   const HWND preview = Control(form, kIdPicture1);
   RECT previewRect{};
   ::GetWindowRect(preview, &previewRect);
@@ -246,8 +247,13 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
   ASSERT_NE(dialog, nullptr);
   const HWND sizeEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb3), nullptr, L"Edit", nullptr);
   const HWND styleEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb2), nullptr, L"Edit", nullptr);
+  const HWND faceEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb1), nullptr, L"Edit", nullptr);
   ASSERT_NE(sizeEdit, nullptr);
   ASSERT_NE(styleEdit, nullptr);
+  ASSERT_NE(faceEdit, nullptr);
+  ClickScreen(Middle(faceEdit));
+  PressKey(VK_DOWN);
+  EXPECT_EQ(AsciiText(faceEdit), "Courier New");
   ClickScreen(Middle(sizeEdit));
   ::SendMessageW(sizeEdit, EM_SETSEL, 0, -1);
   TypeText(L"24");
@@ -257,8 +263,8 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
   PressKey(VK_DOWN);
   EXPECT_EQ(AsciiText(styleEdit), "Bold");
   ClickScreen(Middle(::GetDlgItem(dialog, IDOK)));
-  EXPECT_TRUE(WaitFor([&] { return folder.Get("\\__.__") == "Arial\r\n24\r\nTrue\r\nFalse\r\n12632256\r\n1\r\n1"; },
-                      3s))
+  EXPECT_TRUE(WaitFor(
+      [&] { return folder.Get("\\__.__") == "Courier New\r\n24\r\nTrue\r\nFalse\r\n12632256\r\n1\r\n1"; }, 3s))
       << folder.Get("\\__.__");
   // The preview's text grew: far more of its grey on the screen.
   ::Sleep(300);
