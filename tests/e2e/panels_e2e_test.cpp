@@ -3,6 +3,7 @@
 // from "Edit Font" and answered in its own controls, and a colour picked in
 // the drop-down, each checked on the screen and in the settings file.
 #include "program_driver_win32.h"
+#include "real_input_win32.h"
 
 #include <gtest/gtest.h>
 // After windows.h:
@@ -20,81 +21,6 @@ namespace qm::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::string AsciiText(HWND hwnd) {
-  wchar_t text[512] = {};
-  ::SendMessageTimeoutW(hwnd, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000, nullptr);
-  std::string out;
-  for (const wchar_t* p = text; *p; ++p) out += *p < 128 ? static_cast<char>(*p) : '?';
-  return out;
-}
-
-void SendMouse(DWORD flags, POINT at, DWORD data = 0) {
-  INPUT input{};
-  input.type = INPUT_MOUSE;
-  input.mi.dx = ::MulDiv(at.x, 65535, ::GetSystemMetrics(SM_CXSCREEN) - 1);
-  input.mi.dy = ::MulDiv(at.y, 65535, ::GetSystemMetrics(SM_CYSCREEN) - 1);
-  input.mi.mouseData = data;
-  input.mi.dwFlags = flags | MOUSEEVENTF_ABSOLUTE;
-  ::SendInput(1, &input, sizeof input);
-}
-
-void ClickScreen(POINT at) {
-  SendMouse(MOUSEEVENTF_MOVE, at);
-  ::Sleep(50);
-  SendMouse(MOUSEEVENTF_LEFTDOWN, at);
-  ::Sleep(30);
-  SendMouse(MOUSEEVENTF_LEFTUP, at);
-  ::Sleep(200);
-}
-
-POINT Middle(HWND hwnd) {
-  RECT r{};
-  ::GetWindowRect(hwnd, &r);
-  return {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-}
-
-void Key(WORD vk, bool up) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = vk;
-  input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
-  ::SendInput(1, &input, sizeof input);
-}
-
-void PressKey(WORD vk) {
-  Key(vk, false);
-  Key(vk, true);
-  ::Sleep(150);
-}
-
-void TypeText(std::wstring_view text) {
-  for (wchar_t c : text) {
-    INPUT input[2]{};
-    for (INPUT& i : input) {
-      i.type = INPUT_KEYBOARD;
-      i.ki.wScan = c;
-      i.ki.dwFlags = KEYEVENTF_UNICODE;
-    }
-    input[1].ki.dwFlags |= KEYEVENTF_KEYUP;
-    ::SendInput(2, input, sizeof input[0]);
-    ::Sleep(30);
-  }
-  ::Sleep(150);
-}
-
-HWND Control(HWND form, int id) { return ::GetDlgItem(form, id); }
-
-HWND StartFirstRun(RunningProgram& program) {
-  HWND form = nullptr;
-  WaitFor([&] { return (form = program.SettingsWindow()) != nullptr && ::IsWindowVisible(form); }, 10s);
-  HWND box = nullptr;
-  if (WaitFor([&] { return (box = program.MessageBox()) != nullptr; }, 5s)) {
-    ::PostMessageA(box, WM_COMMAND, IDOK, 0);
-    WaitFor([&] { return program.MessageBox() == nullptr; }, 5s);
-  }
-  return form;
-}
 
 // The line of the settings file (0 the font name ... 6 the frequency).
 std::string Entry(const ProgramFolder& folder, int line) {
