@@ -286,6 +286,33 @@ bool GCommonDialog::VBPrintDlg(PrintRequest& request, HWND owner, bool hook, Com
   return true;
 }
 
+bool GCommonDialog::VBPageSetupDlg(PageSetupRequest& request, HWND owner) {
+  apiReturn_ = 0;
+  extendedError_ = 0;
+  cMemory devMode, devNames;
+  PAGESETUPDLGW record{};
+  record.lStructSize = sizeof record;
+  record.hwndOwner = owner;
+  record.Flags = request.flags & ~(PSD_ENABLEPAGESETUPHOOK | PSD_ENABLEPAGEPAINTHOOK | PSD_ENABLEPAGESETUPTEMPLATE);
+  record.rtMargin = request.margins;
+  BOOL returned = ::PageSetupDlgW(&record);
+  // The device records are the program's to free from here on.
+  devMode.SetHandle(record.hDevMode);
+  devNames.SetHandle(record.hDevNames);
+  if (Finish(returned) != 1) return false;
+  request.flags = record.Flags;
+  request.margins = record.rtMargin;
+  request.paperSize = record.ptPaperSize;
+  return true;
+}
+
+std::optional<std::string> GCommonDialog::VBGetFileTitle(const std::string& path) {
+  const std::wstring wide = Widen(path);
+  wchar_t title[MAX_PATH] = {};
+  if (::GetFileTitleW(wide.c_str(), title, MAX_PATH) != 0) return std::nullopt;
+  return Narrow(title);
+}
+
 INT_PTR GCommonDialog::DialogHook(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!sink_) return 0;
   const std::int32_t code =

@@ -19,6 +19,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,17 @@ class GCommonDialog {
     std::string printerName, driver, port;
   };
   bool VBPrintDlg(PrintRequest& request, HWND owner, bool hook, CommonDialogEvents* sink);
+  // The page set-up dialog; margins and paper size in thousandths of an
+  // inch or hundredths of a millimetre, as the system's locale gives them.
+  struct PageSetupRequest {
+    std::uint32_t flags = 0;
+    RECT margins{};
+    POINT paperSize{};
+  };
+  bool VBPageSetupDlg(PageSetupRequest& request, HWND owner);
+  // The name the system shows for a file (its title); nothing when the
+  // path is not valid.
+  std::optional<std::string> VBGetFileTitle(const std::string& path);
 
   // The hook's work for the dialog open now: the message raised as the
   // event of the sink, if there is one.

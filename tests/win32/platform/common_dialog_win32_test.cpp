@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,11 @@ void CALLBACK AnswerTimer(HWND, UINT, UINT_PTR, DWORD) {
   if (!gAnswered) ::EnumThreadWindows(::GetCurrentThreadId(), AnswerDialog, 0);
 }
 
+// Answers the open dialog at every tick.
+void CALLBACK AnswerEveryTime(HWND, UINT, UINT_PTR, DWORD) {
+  ::EnumThreadWindows(::GetCurrentThreadId(), AnswerDialog, 0);
+}
+
 // Opens the chooser with a timer standing by to answer it.
 template <class F>
 void Answering(WPARAM answer, F&& open) {
@@ -44,6 +50,12 @@ class Recorder final : public CommonDialogEvents {
  public:
   void InitDialog(HWND) override { events.push_back("init"); }
   void DialogClose() override { events.push_back("close"); }
+  void ConfirmOK(bool& cancel) override {
+    events.push_back("ok");
+    cancel = keepOpenOnce;
+    keepOpenOnce = false;
+  }
+  bool keepOpenOnce = false;
   std::vector<std::string> events;
 };
 
@@ -78,6 +90,29 @@ TEST(CommonDialogFont, OkReturnsTheChosenFontAndCancelLeavesEverythingAsItWas) {
   EXPECT_EQ(dialog.FontSize(), 10);
   EXPECT_FALSE(dialog.FontBold());
   EXPECT_TRUE(recorder.events.empty());  // not hooked: no events
+}
+
+TEST(CommonDialogFile, SaveReturnsThePathAndTheHookCanKeepTheDialogOpenOnce) {
+  wchar_t folder[MAX_PATH] = {};
+  ::GetTempPathW(MAX_PATH, folder);
+  std::string path;
+  for (const wchar_t* c = folder; *c; ++c) path += static_cast<char>(*c);  // an ASCII folder here
+  path += "Quillmere-save.lst";
+  Recorder recorder;
+  cCommonDialog dialog(&recorder);
+  dialog.FileName = path;
+  dialog.Filter = "Lists|*.lst|All files|*.*";
+  dialog.HookDialog = true;
+  // The first OK is refused by the hook, the second closes the dialog.
+  recorder.keepOpenOnce = true;
+  gAnswer = IDOK;
+  const UINT_PTR timer = ::SetTimer(nullptr, 0, 300, AnswerEveryTime);
+  EXPECT_NO_THROW(dialog.ShowSave());
+  ::KillTimer(nullptr, timer);
+  EXPECT_EQ(dialog.Worker().APIReturn(), 1);
+  EXPECT_EQ(dialog.FileName, path);
+  EXPECT_EQ(std::count(recorder.events.begin(), recorder.events.end(), "ok"), 2);
+  EXPECT_EQ(dialog.Worker().VBGetFileTitle(path).value_or(""), "Quillmere-save.lst");
 }
 
 TEST(CommonDialogHelp, TheMultiKeyAndPositionCommandsAreRefused) {
