@@ -248,6 +248,14 @@ TEST_F(MessageLibraryTest, AMarkChangedWhileTheStateIsBeingSavedIsNotWrittenOver
   EXPECT_EQ(dir.Get("\\_._"), "0Alpha\r\n1Calm\r\n1Sleep");
   // Sleep stays highlighted; position 1 now names Calm and is not taken.
   EXPECT_EQ(library.SelectedCategory(), "Sleep");
+
+  // The events remove the highlighted last category: its position is past
+  // the end now, and nothing is highlighted again.
+  categories.SetListIndex(2);
+  pump.onEvents = [&] { categories.RemoveItem(2); };
+  EXPECT_TRUE(library.SaveCheckedCategories());
+  EXPECT_EQ(dir.Get("\\_._"), "0Alpha\r\n1Calm");
+  EXPECT_EQ(categories.ListIndex(), -1);
 }
 
 }  // namespace

@@ -95,6 +95,23 @@ TEST(TrayMenuTest, MovesPressesAndClicksWhileOpenDoNothing) {
   EXPECT_FALSE(menu.IsOpen());
 }
 
+TEST(TrayMenuTest, OnlyStartAndStopCarryCheckMarksAndOnlySettingsIsEverGreyed) {
+  Recorder r;
+  TrayMenu menu(r);
+  menu.mnuStartChecked = false;
+  menu.mnuStopChecked = true;
+  for (TrayMenuItem item : {TrayMenuItem::Settings, TrayMenuItem::Exit, TrayMenuItem::None, TrayMenuItem::Start})
+    EXPECT_FALSE(menu.Checked(item)) << static_cast<int>(item);
+  EXPECT_TRUE(menu.Checked(TrayMenuItem::Stop));
+  menu.mnuStartChecked = true;
+  menu.mnuStopChecked = false;
+  EXPECT_TRUE(menu.Checked(TrayMenuItem::Start));
+  EXPECT_FALSE(menu.Checked(TrayMenuItem::Stop));
+  EXPECT_FALSE(menu.Enabled(TrayMenuItem::Settings));
+  for (TrayMenuItem item : {TrayMenuItem::Start, TrayMenuItem::Stop, TrayMenuItem::Exit})
+    EXPECT_TRUE(menu.Enabled(item));
+}
+
 TEST(TrayCallbackTest, TellsTheTrayCallbackFromTheOwnersOwnMouseMove) {
   EXPECT_EQ(TrayCallbackMouseMessage(1, 0x202), 0x202u);
   EXPECT_EQ(TrayCallbackMouseMessage(1, 0x205), 0x205u);
