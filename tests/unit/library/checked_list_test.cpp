@@ -50,6 +50,8 @@ TEST(CheckedListTest, TheHighlightFollowsItsItem) {
   EXPECT_EQ(Texts(list.Items()), "-b -f +y -z ");
   EXPECT_EQ(list.ListIndex(), 2);
   EXPECT_EQ(list.SetItemText(1, "F"), 1);  // still sorts where it is
+  EXPECT_EQ(list.SetItemText(list.ListCount(), "past the end"), -1);
+  EXPECT_EQ(list.SetItemText(-1, "before the start"), -1);
   list.RemoveItem(2);
   EXPECT_EQ(list.ListIndex(), -1);
   EXPECT_FALSE(list.SetListIndex(3));

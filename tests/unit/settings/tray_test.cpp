@@ -116,6 +116,7 @@ TEST(TrayCallbackTest, TellsTheTrayCallbackFromTheOwnersOwnMouseMove) {
   EXPECT_EQ(TrayCallbackMouseMessage(1, 0x202), 0x202u);
   EXPECT_EQ(TrayCallbackMouseMessage(1, 0x205), 0x205u);
   EXPECT_EQ(TrayCallbackMouseMessage(1, 0x200), 0x200u);
+  EXPECT_EQ(TrayCallbackMouseMessage(1, 0x20E), 0x20Eu);  // the last mouse message
   // Real moves at x 514: no button held, below the top row, another button
   // held; and x outside the mouse messages.
   EXPECT_EQ(TrayCallbackMouseMessage(0, 0x202), std::nullopt);
