@@ -86,6 +86,8 @@ inline constexpr int kTemporaryNameTries = 100;
 
 // The name of a write's temporary file: "~qm<process id>-<n>.tmp".
 std::string TemporaryFileName(unsigned long processId, int n);
+// The running program's process number, as its temporary names carry it.
+unsigned long CurrentProcessId();
 // Whether a file name has that form (case ignored), and whose it is.
 std::optional<unsigned long> TemporaryFileOwner(std::string_view name);
 

@@ -259,6 +259,8 @@ class PosixFileSystem final : public FileSystem {
 
 }  // namespace
 
+unsigned long CurrentProcessId() { return static_cast<unsigned long>(::getpid()); }
+
 FileSystem& SystemFileSystem() {
   static PosixFileSystem fs;
   return fs;

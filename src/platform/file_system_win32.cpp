@@ -303,6 +303,8 @@ class Win32FileSystem final : public FileSystem {
 
 }  // namespace
 
+unsigned long CurrentProcessId() { return ::GetCurrentProcessId(); }
+
 FileSystem& SystemFileSystem() {
   static Win32FileSystem fs;
   return fs;

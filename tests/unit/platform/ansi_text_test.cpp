@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#ifdef _WIN32
-#include <windows.h>
-#endif
 
 namespace qm {
 namespace {
@@ -91,20 +88,6 @@ TEST(AnsiUtf8, EveryByteSurvivesTheRoundTrip) {
   EXPECT_EQ(characters, 256);
 }
 
-#ifdef _WIN32
-// The system's own conversion of code page 1252 is the oracle for every
-// byte.
-TEST(AnsiUtf8, AgreesWithTheSystemsCodePage1252) {
-  for (int i = 0; i < 256; ++i) {
-    const char byte = static_cast<char>(i);
-    wchar_t wide[2] = {};
-    ASSERT_EQ(::MultiByteToWideChar(1252, 0, &byte, 1, wide, 2), 1) << i;
-    char utf8[8] = {};
-    const int n = ::WideCharToMultiByte(CP_UTF8, 0, wide, 1, utf8, sizeof utf8, nullptr, nullptr);
-    EXPECT_EQ(AnsiToUtf8(std::string(1, byte)), std::string(utf8, n)) << "byte " << i;
-  }
-}
-#endif
 
 }  // namespace
 }  // namespace qm

@@ -8,13 +8,10 @@
 #include <future>
 #include <thread>
 
+#include "../../support/leftovers_check.h"
 #include "../../support/temp_folder.h"
 
-#ifdef _WIN32
-#include <windows.h>
-// After windows.h:
-#include <tlhelp32.h>
-#else
+#ifndef _WIN32
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -25,30 +22,13 @@ namespace {
 using test::TempFolder;
 namespace sfs = std::filesystem;
 
-unsigned long ThisProcess() {
-#ifdef _WIN32
-  return ::GetCurrentProcessId();
-#else
-  return static_cast<unsigned long>(::getpid());
-#endif
-}
+unsigned long ThisProcess() { return CurrentProcessId(); }
 
-// Another process that runs while the test does.
-unsigned long AnotherRunningProcess() {
-#ifdef _WIN32
-  const HANDLE snapshot = ::CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
-  PROCESSENTRY32W entry{};
-  entry.dwSize = sizeof entry;
-  unsigned long found = 0;
-  for (BOOL more = ::Process32FirstW(snapshot, &entry); more && !found;
-       more = ::Process32NextW(snapshot, &entry))
-    if (entry.th32ProcessID != 0 && entry.th32ProcessID != ::GetCurrentProcessId())
-      found = entry.th32ProcessID;
-  ::CloseHandle(snapshot);
-  return found;
-#else
-  return static_cast<unsigned long>(::getppid());
-#endif
+// A leftover name of this process in the folder's top, as a relative part.
+std::string Leftover(int n) {
+  std::string relative = "\\";
+  relative += TemporaryFileName(ThisProcess(), n);
+  return relative;
 }
 
 class FileSystemTest : public ::testing::Test {
@@ -169,40 +149,22 @@ TEST(TemporaryFileNames, AreTheProgramsOwnAndTellTheirProcess) {
 TEST_F(FileSystemTest, NamesLeftByAnEarlierRunDoNotStopAWrite) {
   // A run under this process's number that ended during its writes.
   for (int n = 1; n <= 50; ++n)
-    dir.Put("\\" + TemporaryFileName(ThisProcess(), n), "left " + std::to_string(n));
-  sfs::create_directory(dir.Native("\\" + TemporaryFileName(ThisProcess(), 51)));
+    dir.Put(Leftover(n), "left " + std::to_string(n));
+  sfs::create_directory(dir.Native(Leftover(51)));
   ASSERT_TRUE(fs.WriteAll(dir("\\_._"), "1Calm"));
   EXPECT_EQ(dir.Get("\\_._"), "1Calm");
   ASSERT_TRUE(fs.WriteAll(dir("\\_._"), "0Calm"));
   EXPECT_EQ(dir.Get("\\_._"), "0Calm");
-  EXPECT_EQ(dir.Get("\\" + TemporaryFileName(ThisProcess(), 50)), "left 50");
+  EXPECT_EQ(dir.Get(Leftover(50)), "left 50");
   EXPECT_EQ(Leftovers().size(), 51u);  // untouched, and no new one
 }
 
+#ifndef _WIN32
 TEST_F(FileSystemTest, RemovesItsOwnLeftoversAndNothingElse) {
-  const std::string mine = TemporaryFileName(ThisProcess(), 3);
-  const std::string ofAnEndedRun = TemporaryFileName(0x7FFFFFF0ul, 1);
-  const unsigned long other = AnotherRunningProcess();
-  ASSERT_NE(other, 0u);
-  const std::string ofARunningCopy = TemporaryFileName(other, 1);
-  for (const std::string& name : {mine, ofAnEndedRun, ofARunningCopy}) dir.Put("\\Lists\\" + name, "x");
-  const std::vector<std::string> others = {"~qm.tmp",   "~qm12.tmp",  "~qm1-2.tmp.bak",
-                                           "notes.tmp", "~qm1-2.lst", "Calm.lst"};
-  for (const std::string& name : others) dir.Put("\\Lists\\" + name, "keep");
-  sfs::create_directory(dir.Native("\\Lists\\" + TemporaryFileName(ThisProcess(), 4)));
-  dir.Put("\\Lists\\Sub\\" + mine, "not this folder");
-  // A leftover marked read-only is still the program's own.
-  sfs::permissions(dir.Native("\\Lists\\" + mine), sfs::perms::owner_read);
-
-  fs.RemoveTemporaryFiles(dir("\\Lists"));
-  EXPECT_FALSE(dir.Has("\\Lists\\" + mine));
-  EXPECT_FALSE(dir.Has("\\Lists\\" + ofAnEndedRun));
-  EXPECT_TRUE(dir.Has("\\Lists\\" + ofARunningCopy));
-  for (const std::string& name : others) EXPECT_EQ(dir.Get("\\Lists\\" + name), "keep") << name;
-  EXPECT_TRUE(sfs::is_directory(dir.Native("\\Lists\\" + TemporaryFileName(ThisProcess(), 4))));
-  EXPECT_TRUE(dir.Has("\\Lists\\Sub\\" + mine));
-  fs.RemoveTemporaryFiles(dir("\\Missing"));  // nothing to do, and nothing fails
+  // The parent process (the test runner) is a running copy's stand-in.
+  test::CheckRemovesOnlyItsOwnLeftovers(fs, dir, static_cast<unsigned long>(::getppid()));
 }
+#endif
 
 TEST_F(FileSystemTest, OccupiedSeesWhatExistsDoesNot) {
   dir.Put("\\Lists\\Calm.lst", "1A");
@@ -214,93 +176,9 @@ TEST_F(FileSystemTest, OccupiedSeesWhatExistsDoesNot) {
   EXPECT_TRUE(fs.Occupied(dir("\\LISTS")));
   EXPECT_FALSE(fs.Occupied(dir("\\Lists\\Sleep.lst")));
   EXPECT_FALSE(fs.Occupied(dir("\\Missing\\Sleep.lst")));
-#ifdef _WIN32
-  for (const DWORD mark : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM}}) {
-    dir.Put("\\Lists\\Marked.lst", "1A");
-    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\Lists\\Marked.lst").c_str(), mark));
-    EXPECT_FALSE(fs.Exists(dir("\\Lists\\marked.lst"))) << mark;
-    EXPECT_TRUE(fs.Occupied(dir("\\Lists\\marked.lst"))) << mark;
-    ::SetFileAttributesW(dir.Native("\\Lists\\Marked.lst").c_str(), FILE_ATTRIBUTE_NORMAL);
-  }
-#endif
 }
 
-#ifdef _WIN32
-DWORD AttributesOf(const sfs::path& p) {
-  return ::GetFileAttributesW(p.c_str());
-}
-
-TEST_F(FileSystemTest, AHiddenOrSystemFileKeepsItsMarksWhenReplaced) {
-  for (const DWORD marks : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM},
-                            DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM}}) {
-    dir.Put("\\__.__", "old");
-    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\__.__").c_str(), marks));
-    ASSERT_TRUE(fs.WriteAll(dir("\\__.__"), "new")) << marks;
-    EXPECT_EQ(dir.Get("\\__.__"), "new");
-    EXPECT_EQ(AttributesOf(dir.Native("\\__.__")) & marks, marks) << marks;
-    ::SetFileAttributesW(dir.Native("\\__.__").c_str(), FILE_ATTRIBUTE_NORMAL);
-  }
-  // A new file is an ordinary one.
-  ASSERT_TRUE(fs.WriteAll(dir("\\new.lst"), "1A"));
-  EXPECT_EQ(AttributesOf(dir.Native("\\new.lst")) & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM), 0u);
-  EXPECT_TRUE(Leftovers().empty());
-}
-
-// Another program holds the file open, sharing nothing, for a while.
-class Holder {
- public:
-  Holder(const sfs::path& p, std::chrono::milliseconds time) {
-    std::promise<void> opened;
-    auto isOpen = opened.get_future();
-    thread_ = std::thread([p, time, &opened] {
-      const HANDLE h =
-          ::CreateFileW(p.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-      opened.set_value();
-      std::this_thread::sleep_for(time);
-      if (h != INVALID_HANDLE_VALUE) ::CloseHandle(h);
-    });
-    isOpen.wait();
-  }
-  ~Holder() { thread_.join(); }
-  Holder(const Holder&) = delete;
-  Holder& operator=(const Holder&) = delete;
-
- private:
-  std::thread thread_;
-};
-
-TEST_F(FileSystemTest, AFileHeldOpenForAMomentIsWrittenReadAndRemovedOnceReleased) {
-  using namespace std::chrono_literals;
-  dir.Put("\\_._", "old");
-  {
-    Holder holder(dir.Native("\\_._"), 300ms);
-    EXPECT_TRUE(fs.WriteAll(dir("\\_._"), "new"));
-  }
-  EXPECT_EQ(dir.Get("\\_._"), "new");
-  {
-    Holder holder(dir.Native("\\_._"), 300ms);
-    EXPECT_EQ(fs.ReadAll(dir("\\_._")), "new");
-  }
-  {
-    Holder holder(dir.Native("\\_._"), 300ms);
-    EXPECT_TRUE(fs.Remove(dir("\\_._")));
-  }
-  EXPECT_FALSE(dir.Has("\\_._"));
-  EXPECT_TRUE(Leftovers().empty());
-}
-
-TEST_F(FileSystemTest, AFileHeldOpenTooLongIsNotReplaced) {
-  using namespace std::chrono_literals;
-  dir.Put("\\_._", "old");
-  {
-    Holder holder(dir.Native("\\_._"), 3s);
-    EXPECT_FALSE(fs.WriteAll(dir("\\_._"), "new"));
-  }
-  EXPECT_EQ(dir.Get("\\_._"), "old");
-  // Nothing else is left in the folder either.
-  EXPECT_EQ(std::distance(sfs::directory_iterator(dir.Native("")), sfs::directory_iterator()), 1);
-}
-#else
+#ifndef _WIN32
 TEST_F(FileSystemTest, AReplacedFileKeepsItsPermissionBits) {
   dir.Put("\\__.__", "old");
   ASSERT_EQ(::chmod(dir.Native("\\__.__").c_str(), 0640), 0);

@@ -5,9 +5,6 @@
 #include <utility>
 #include <vector>
 
-#ifdef _WIN32
-#include "platform/handle_win32.h"
-#endif
 
 namespace qm {
 namespace {
@@ -68,37 +65,6 @@ TEST_F(UniqueHandleTest, MovingHandsOverWithoutClosing) {
   EXPECT_EQ(Closed(), std::vector<int>{3});  // the released one is the caller's
 }
 
-#ifdef _WIN32
-bool IsOpenHandle(HANDLE h) {
-  DWORD flags = 0;
-  return ::GetHandleInformation(h, &flags) != 0;
-}
-
-TEST_F(UniqueHandleTest, OwnsRealKernelHandlesOfEachKind) {
-  HANDLE raw = nullptr;
-  {
-    win32::KernelHandle event(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    ASSERT_TRUE(event);
-    raw = event.Get();
-    win32::KernelHandle moved(std::move(event));
-    EXPECT_FALSE(event);
-    EXPECT_TRUE(IsOpenHandle(raw));
-  }
-  EXPECT_FALSE(IsOpenHandle(raw));
-
-  // The two answers for "no handle" are told apart.
-  const win32::FileHandle missing(::CreateFileW(L"C:\\no-such-folder-qm\\x", GENERIC_READ, 0, nullptr,
-                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  EXPECT_EQ(missing.Get(), INVALID_HANDLE_VALUE);
-  EXPECT_FALSE(missing);
-  WIN32_FIND_DATAW data;
-  const win32::FindHandle none(::FindFirstFileW(L"C:\\no-such-folder-qm\\*", &data));
-  EXPECT_FALSE(none);
-  const win32::FindHandle some(::FindFirstFileW(L"C:\\*", &data));
-  EXPECT_TRUE(some);
-  EXPECT_FALSE(win32::KernelHandle());
-}
-#endif
 
 }  // namespace
 }  // namespace qm
