@@ -47,18 +47,6 @@ BITMAPINFO TopDownDib(int width, int height) {
   return bi;
 }
 
-Font MakeFont(const FontSpec& font, int dpiY) {
-  LOGFONTA lf{};
-  lf.lfHeight = -static_cast<LONG>(std::lround(font.size * dpiY / 72.0));
-  lf.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
-  lf.lfItalic = font.italic;
-  lf.lfUnderline = font.underline;
-  lf.lfStrikeOut = font.strikethrough;
-  lf.lfCharSet = DEFAULT_CHARSET;
-  std::strncpy(lf.lfFaceName, font.name.c_str(), LF_FACESIZE - 1);
-  return Font(::CreateFontIndirectA(&lf));
-}
-
 Region MakeRegion(const ButtonRegion& shape, HTHEME theme, HWND hwnd) {
   switch (shape.kind) {
     case ButtonRegion::Kind::Polygon: {

@@ -227,22 +227,22 @@ UINT_PTR CALLBACK FileHookProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
 
 }  // namespace
 
-bool GCommonDialog::VBGetOpenFileName(FileRequest& request, HWND owner, bool hook, CommonDialogEvents* sink) {
+bool GCommonDialog::FileDialog(FileRequest& request, HWND owner, bool hook, CommonDialogEvents* sink, bool save) {
   apiReturn_ = 0;
   extendedError_ = 0;
   if (hook) sink_ = sink;
   HookScope scope(this, hook);
-  const bool chosen = RunFileDialog(request, owner, hook, false, ::GetOpenFileNameW, FileHookProc);
+  const bool chosen = RunFileDialog(request, owner, hook, save, save ? ::GetSaveFileNameW : ::GetOpenFileNameW,
+                                    FileHookProc);
   return Finish(chosen ? TRUE : FALSE) == 1;
 }
 
+bool GCommonDialog::VBGetOpenFileName(FileRequest& request, HWND owner, bool hook, CommonDialogEvents* sink) {
+  return FileDialog(request, owner, hook, sink, false);
+}
+
 bool GCommonDialog::VBGetSaveFileName(FileRequest& request, HWND owner, bool hook, CommonDialogEvents* sink) {
-  apiReturn_ = 0;
-  extendedError_ = 0;
-  if (hook) sink_ = sink;
-  HookScope scope(this, hook);
-  const bool chosen = RunFileDialog(request, owner, hook, true, ::GetSaveFileNameW, FileHookProc);
-  return Finish(chosen ? TRUE : FALSE) == 1;
+  return FileDialog(request, owner, hook, sink, true);
 }
 
 bool GCommonDialog::VBPrintDlg(PrintRequest& request, HWND owner, bool hook, CommonDialogEvents* sink) {
@@ -363,25 +363,21 @@ void cCommonDialog::ShowColor() {
   if (!Worker().VBChooseColor(Color, CustomColor, hwnd, flags, HookDialog, events_)) CheckError();
 }
 
-void cCommonDialog::ShowOpen() {
+void cCommonDialog::ShowFile(bool save) {
   GCommonDialog::FileRequest request{FileName, Filter, FilterIndex, InitDir, DialogTitle, DefaultExt, flags,
                                      MaxFileSize, FileTitle};
-  if (!Worker().VBGetOpenFileName(request, hwnd, HookDialog, events_)) return CheckError();
+  const bool chosen = save ? Worker().VBGetSaveFileName(request, hwnd, HookDialog, events_)
+                           : Worker().VBGetOpenFileName(request, hwnd, HookDialog, events_);
+  if (!chosen) return CheckError();
   FileName = request.fileName;
   FileTitle = request.fileTitle;
   FilterIndex = request.filterIndex;
   flags = request.flags;
 }
 
-void cCommonDialog::ShowSave() {
-  GCommonDialog::FileRequest request{FileName, Filter, FilterIndex, InitDir, DialogTitle, DefaultExt, flags,
-                                     MaxFileSize, FileTitle};
-  if (!Worker().VBGetSaveFileName(request, hwnd, HookDialog, events_)) return CheckError();
-  FileName = request.fileName;
-  FileTitle = request.fileTitle;
-  FilterIndex = request.filterIndex;
-  flags = request.flags;
-}
+void cCommonDialog::ShowOpen() { ShowFile(false); }
+
+void cCommonDialog::ShowSave() { ShowFile(true); }
 
 void cCommonDialog::ShowPrinter() {
   GCommonDialog::PrintRequest request{flags, FromPage, ToPage, Copies, {}, {}, {}};

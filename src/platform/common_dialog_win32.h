@@ -117,7 +117,7 @@ class GCommonDialog {
   INT_PTR DialogHook(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
-  struct Hooked;
+  bool FileDialog(FileRequest& request, HWND owner, bool hook, CommonDialogEvents* sink, bool save);
   std::int32_t Finish(BOOL returned);
   std::int32_t apiReturn_ = 0;
   std::uint32_t extendedError_ = 0;
@@ -192,6 +192,7 @@ class cCommonDialog {
 
  private:
   void CheckError();
+  void ShowFile(bool save);
   CommonDialogEvents* events_;
   std::unique_ptr<GCommonDialog> worker_;
   std::unique_ptr<DialogFont> font_;

@@ -7,7 +7,13 @@
 
 #include <windows.h>
 
+#include <cmath>
+#include <string>
 #include <utility>
+
+#include "platform/ansi_text.h"
+#include "platform/font_spec.h"
+#include "platform/wide_text_win32.h"
 
 namespace qm::win32 {
 
@@ -157,5 +163,20 @@ class Menu {
  private:
   HMENU h_ = nullptr;
 };
+
+// A font of the face (Windows-1252), size in points and styles, at the
+// screen's vertical dots per inch.
+inline Font MakeFont(const FontSpec& font, int dpiY) {
+  LOGFONTW lf{};
+  lf.lfHeight = -static_cast<LONG>(std::lround(font.size * dpiY / 72.0));
+  lf.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
+  lf.lfItalic = font.italic;
+  lf.lfUnderline = font.underline;
+  lf.lfStrikeOut = font.strikethrough;
+  lf.lfCharSet = DEFAULT_CHARSET;
+  const std::wstring face = Widen(AnsiToUtf8(font.name));
+  ::lstrcpynW(lf.lfFaceName, face.c_str(), LF_FACESIZE);
+  return Font(::CreateFontIndirectW(&lf));
+}
 
 }  // namespace qm::win32

@@ -24,19 +24,6 @@ constexpr RECT kShape1{0, 0, 1335, 795};
 constexpr RECT kShape2{1320, 0, 1320 + 1335, 795};
 constexpr RECT kPreviewLabel{60, 60, 60 + 2535, 60 + 615};
 
-Font MakeSpecFont(const FontSpec& font, int dpiY) {
-  LOGFONTW lf{};
-  lf.lfHeight = -static_cast<LONG>(std::lround(font.size * dpiY / 72.0));
-  lf.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
-  lf.lfItalic = font.italic;
-  lf.lfUnderline = font.underline;
-  lf.lfStrikeOut = font.strikethrough;
-  lf.lfCharSet = DEFAULT_CHARSET;
-  const std::wstring face = Widen(AnsiToUtf8(font.name));
-  lstrcpynW(lf.lfFaceName, face.c_str(), LF_FACESIZE);
-  return Font(::CreateFontIndirectW(&lf));
-}
-
 RECT ScaledRect(const RECT& twips, int dpiX, int dpiY) {
   return RECT{TwipsToPixels(twips.left, dpiX), TwipsToPixels(twips.top, dpiY), TwipsToPixels(twips.right, dpiX),
               TwipsToPixels(twips.bottom, dpiY)};
@@ -168,10 +155,10 @@ void PreviewPicture::Paint(HDC dc) {
   ::FillRect(dc, &light, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
   ::FillRect(dc, &dark, static_cast<HBRUSH>(::GetStockObject(BLACK_BRUSH)));
 
-  const FontSpec spec = label_ ? label_->Font() : FontSpec{};
-  if (!font_ || !(spec == fontMade_)) {
-    font_ = MakeSpecFont(spec, dpiY_);
-    fontMade_ = spec;
+  const FontSpec wanted = label_ ? label_->Font() : FontSpec{};
+  if (!font_ || !(wanted == fontMade_)) {
+    font_ = MakeFont(wanted, dpiY_);
+    fontMade_ = wanted;
   }
   const SelectGuard useFont(dc, font_.Get());
   ::SetBkMode(dc, TRANSPARENT);
