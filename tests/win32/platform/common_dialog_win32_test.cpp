@@ -8,32 +8,16 @@
 #include <string>
 #include <vector>
 
+#include "../../support/win32_helpers.h"
 #include "platform/common_dialog_win32.h"
 
 namespace qm::win32 {
 namespace {
 
-// The answer the timer gives the first dialog of this thread it finds open.
-WPARAM gAnswer = IDOK;
-bool gAnswered = false;
-
-BOOL CALLBACK AnswerDialog(HWND hwnd, LPARAM) {
-  char name[16] = {};
-  if (!::IsWindowVisible(hwnd) || !::GetClassNameA(hwnd, name, sizeof name) || std::string(name) != "#32770")
-    return TRUE;
-  ::PostMessageW(hwnd, WM_COMMAND, gAnswer, 0);
-  gAnswered = true;
-  return FALSE;
-}
-
-void CALLBACK AnswerTimer(HWND, UINT, UINT_PTR, DWORD) {
-  if (!gAnswered) ::EnumThreadWindows(::GetCurrentThreadId(), AnswerDialog, 0);
-}
-
-// Answers the open dialog at every tick.
-void CALLBACK AnswerEveryTime(HWND, UINT, UINT_PTR, DWORD) {
-  ::EnumThreadWindows(::GetCurrentThreadId(), AnswerDialog, 0);
-}
+using test::AnswerEveryTime;
+using test::AnswerTimer;
+using test::gAnswer;
+using test::gAnswered;
 
 // Opens the chooser with a timer standing by to answer it.
 template <class F>

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <string>
 
+#include "../../support/win32_helpers.h"
 #include "../../support/fake_prompts.h"
 #include "../../support/temp_folder.h"
 #include "settings/settings_ids.h"
@@ -19,25 +20,15 @@
 namespace qm::win32 {
 namespace {
 
+using test::AnswerTimer;
+using test::gAnswer;
+using test::gAnswered;
+using test::Pump;
+using test::Text;
+
 using namespace std::chrono_literals;
 using test::FakePrompts;
 using test::TempFolder;
-
-std::string Text(HWND hwnd) {
-  wchar_t text[512] = {};
-  const int n = ::GetWindowTextW(hwnd, text, 512);
-  std::string out;
-  for (int i = 0; i < n; ++i) out += text[i] < 128 ? static_cast<char>(text[i]) : '?';
-  return out;
-}
-
-void Pump() {
-  MSG msg;
-  while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-    ::TranslateMessage(&msg);
-    ::DispatchMessageW(&msg);
-  }
-}
 
 // Pixels of one colour in a window's rectangle on the screen.
 int CountPixels(HWND hwnd, const RECT& part, COLORREF color) {
@@ -48,21 +39,6 @@ int CountPixels(HWND hwnd, const RECT& part, COLORREF color) {
     for (int x = part.left; x < part.right; ++x) n += ::GetPixel(dc, x, y) == color;
   ::ReleaseDC(hwnd, dc);
   return n;
-}
-
-// Answers the first visible dialog box of this thread with a command.
-WPARAM gAnswer = IDCANCEL;
-bool gAnswered = false;
-BOOL CALLBACK AnswerDialog(HWND hwnd, LPARAM) {
-  char name[16] = {};
-  if (!::IsWindowVisible(hwnd) || !::GetClassNameA(hwnd, name, sizeof name) || std::string(name) != "#32770")
-    return TRUE;
-  ::PostMessageW(hwnd, WM_COMMAND, gAnswer, 0);
-  gAnswered = true;
-  return FALSE;
-}
-void CALLBACK AnswerTimer(HWND, UINT, UINT_PTR, DWORD) {
-  if (!gAnswered) ::EnumThreadWindows(::GetCurrentThreadId(), AnswerDialog, 0);
 }
 
 class PanelsTest : public ::testing::Test {

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../../support/win32_helpers.h"
 #include "../../support/fake_prompts.h"
 #include "../../support/temp_folder.h"
 #include "library/library_editing.h"
@@ -19,6 +20,9 @@
 
 namespace qm::win32 {
 namespace {
+
+using test::Pump;
+using test::Text;
 
 using test::FakePrompts;
 using test::TempFolder;
@@ -46,22 +50,6 @@ RECT RectIn(HWND control, HWND container) {
   ::GetWindowRect(control, &r);
   ::MapWindowPoints(nullptr, container, reinterpret_cast<POINT*>(&r), 2);
   return r;
-}
-
-std::string Text(HWND hwnd) {
-  wchar_t text[4096] = {};
-  const int n = ::GetWindowTextW(hwnd, text, 4096);
-  std::string out;
-  for (int i = 0; i < n; ++i) out += text[i] < 128 ? static_cast<char>(text[i]) : '?';
-  return out;
-}
-
-void Pump() {
-  MSG msg;
-  while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-    ::TranslateMessage(&msg);
-    ::DispatchMessageW(&msg);
-  }
 }
 
 class SettingsWindowTest : public ::testing::Test {
