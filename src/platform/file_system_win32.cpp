@@ -120,40 +120,21 @@ bool FreeToReplace(const std::wstring& path) {
   return probe.Valid();
 }
 
-// Puts the temporary file in the target's place. ReplaceFile keeps the
-// target's attributes, its creation time and its security. The temporary
-// file is given the target's attributes beforehand as well: not every
-// implementation of ReplaceFile keeps them, and a fallback to a plain move
-// keeps them only so. A busy target is waited for before ReplaceFile is
-// asked (a failed ReplaceFile may leave a stray file of its own behind).
+// Puts the temporary file in the target's place with one rename that
+// replaces it, so the target always holds its old or its new content,
+// whenever the program is stopped. (ReplaceFile is not used: it may be done
+// in several steps, and some implementations delete the target before the
+// new file is moved in.) The temporary file is given the target's marks
+// first, so a hidden file stays hidden. A target held open by another
+// program is waited for.
 bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targetAttributes) {
   constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
                           FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
   if (targetAttributes & kKept) ::SetFileAttributesW(temp.c_str(), targetAttributes & kKept);
   const std::wstring target = OnDiskSpelling(path);
-  const auto busy = [](DWORD error) { return IsBusy(error) || error == ERROR_UNABLE_TO_REMOVE_REPLACED; };
-  bool replaced = false;
-  bool gone = false;
-  const bool done = RetryWhileBusy(
-      [&] {
-        if (!FreeToReplace(target)) {
-          gone = ::GetLastError() == ERROR_FILE_NOT_FOUND;
-          return gone;
-        }
-        replaced = ::ReplaceFileW(target.c_str(), temp.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
-                                  nullptr, nullptr) != 0;
-        // Without a backup name, a replacement that could not be renamed
-        // may leave the target deleted: the move below puts the new
-        // content in its place.
-        gone = !replaced && Attributes(target) == INVALID_FILE_ATTRIBUTES;
-        return replaced || gone;
-      },
-      busy);
-  if (replaced) return true;
-  if (!done && busy(::GetLastError())) return false;  // held for too long
-  // Gone, or refused for a reason a move does not have (a file system
-  // without the operation): the move replaces the target just as
-  // atomically, keeping the attributes given above.
+  const bool free = RetryWhileBusy(
+      [&] { return FreeToReplace(target) || ::GetLastError() == ERROR_FILE_NOT_FOUND; }, IsBusy);
+  if (!free) return false;
   return MoveInto(temp, target);
 }
 
