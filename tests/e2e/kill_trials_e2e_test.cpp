@@ -330,7 +330,7 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
     ASSERT_NE(form, nullptr) << "no window after the start";
     EXPECT_TRUE(program->Running());
     EXPECT_NE(program->Overlay(), nullptr);
-    EXPECT_EQ(Temporaries(folder), 0) << "temporary files outlived the start";
+    EXPECT_EQ(Temporaries(folder), 0) << "temporary files of the last kill outlived the start";
   };
 
   std::size_t next = 0;  // the action to do; the folder holds states[next]
