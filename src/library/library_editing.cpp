@@ -98,6 +98,7 @@ void LibraryEditing::OnListChanged(const CheckedList&, const ListChange& change)
 bool LibraryEditing::Tell(std::string_view text, PromptIcon icon) {
   // Category names are Windows-1252; the boxes take UTF-8.
   prompts_.Show(AnsiToUtf8(text), icon, PromptButtons::Ok);
+  ++shownCount_;
   return false;
 }
 
@@ -169,11 +170,13 @@ void LibraryEditing::cmdAddCat_Click() {
   }
   std::string remembered;
   const int k = CategoryEditIndex();
+  const std::size_t told = shownCount_;
   if (k < 0 || k >= lstMessageCategories.ListCount())
     AddCategory(remembered);
   else
     RenameCategory(k, remembered);
-  library_.SaveCheckedCategories();
+  // One message for one command: a failure told already covers the marks.
+  if (!library_.SaveCheckedCategories() && shownCount_ == told) library_.TellMarksNotSaved();
   if (!remembered.empty()) SelectCategory(remembered);
   txtEditCat.clear();
   Focus(Box::Category);
@@ -206,7 +209,7 @@ void LibraryEditing::cmdDeleteCat_Click() {
   }
   lstMessageCategories.RemoveItem(selected);
   lstMessageCategories.SetTag("-1");
-  library_.SaveCheckedCategories();
+  if (!library_.SaveCheckedCategories()) library_.TellMarksNotSaved();
   Focus(Box::Category);
 }
 
