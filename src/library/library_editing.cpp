@@ -123,10 +123,18 @@ void LibraryEditing::AddCategory(std::string& remembered) {
     // Nothing is listed that has no file behind it.
     lstMessageCategories.RemoveItem(lstMessageCategories.Find(name));
     remembered.clear();
-    Tell("The category " + Quoted(name) +
-             " could not be created: its file could not be written in the Lists folder of the "
-             "program folder.",
-         PromptIcon::Critical);
+    // Say which: the folder, which something else may be in the way of,
+    // or the file.
+    if (!files_.MakeFolder(library_.ListsPath()))
+      Tell("The category " + Quoted(name) + " could not be created: the folder \"" + std::string(kListsFolder) +
+               "\" could not be made in the program folder (a file of that name may be in the way, or the "
+               "folder may not allow new files).",
+           PromptIcon::Critical);
+    else
+      Tell("The category " + Quoted(name) +
+               " could not be created: its file could not be written in the Lists folder of the "
+               "program folder.",
+           PromptIcon::Critical);
   }
 }
 

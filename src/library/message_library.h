@@ -140,6 +140,8 @@ class MessageLibrary {
 
   // The highlighted category's name, empty when none is highlighted.
   std::string SelectedCategory() const;
+  // The "Lists" folder: programFolder "\Lists".
+  std::string ListsPath() const { return ListsFolderPath(programFolder_); }
   // The category's file: programFolder "\Lists\" name ".lst".
   std::string CategoryPath(std::string_view name) const;
   // Creates the category's file, empty, and the "Lists" folder when it is
