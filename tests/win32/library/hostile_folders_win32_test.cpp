@@ -13,6 +13,7 @@
 #include <string>
 
 #include "../../support/fake_prompts.h"
+#include "../../support/file_holder_win32.h"
 #include "../../support/temp_folder.h"
 #include "library/library_editing.h"
 #include "library/settings_store.h"
@@ -93,48 +94,6 @@ TEST(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
   }
 }
 
-// Another program that holds the file open, sharing nothing, for a while.
-class Holder {
- public:
-  Holder(const std::wstring& path, int milliseconds) {
-    std::wstring line = L"\"" + *win32::WidenStrict(QM_HOLD_FILE_EXE) + L"\" \"" + path + L"\" " +
-                        std::to_wstring(milliseconds);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info_))
-      return;
-    ::CloseHandle(info_.hThread);
-    // Held once a reader that shares everything is refused.
-    for (int tries = 0; tries < 2000; ++tries) {
-      const HANDLE probe = ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                         nullptr, OPEN_EXISTING, 0, nullptr);
-      if (probe == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_SHARING_VIOLATION) {
-        held_ = true;
-        return;
-      }
-      if (probe != INVALID_HANDLE_VALUE) ::CloseHandle(probe);
-      DWORD code = 0;
-      if (::GetExitCodeProcess(info_.hProcess, &code) && code != STILL_ACTIVE) {
-        std::printf("holder ended with %lu\n", code);
-        return;
-      }
-      ::Sleep(10);
-    }
-  }
-  ~Holder() { Release(); }
-  bool Held() const { return held_; }
-  void Release() {
-    if (!info_.hProcess) return;
-    ::WaitForSingleObject(info_.hProcess, 10000);
-    ::CloseHandle(info_.hProcess);
-    info_.hProcess = nullptr;
-  }
-
- private:
-  PROCESS_INFORMATION info_{};
-  bool held_ = false;
-};
-
 TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
   TempFolder dir;
   PutLibrary(dir);
@@ -143,7 +102,7 @@ TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
     // Held well beyond the wait: the change must give up before it ends.
-    Holder holder(dir.Native(change.file).wstring(), 6000);
+    test::FileHolder holder(QM_HOLD_FILE_EXE, dir.Native(change.file).wstring(), 6000);
     ASSERT_TRUE(holder.Held());
     const auto start = std::chrono::steady_clock::now();
     change.make(program);
