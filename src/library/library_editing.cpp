@@ -125,16 +125,12 @@ void LibraryEditing::AddCategory(std::string& remembered) {
     remembered.clear();
     // Say which: the folder, which something else may be in the way of,
     // or the file.
-    if (!files_.MakeFolder(library_.ListsPath()))
-      Tell("The category " + Quoted(name) + " could not be created: the folder \"" + std::string(kListsFolder) +
-               "\" could not be made in the program folder (a file of that name may be in the way, or the "
-               "folder may not allow new files).",
-           PromptIcon::Critical);
-    else
-      Tell("The category " + Quoted(name) +
-               " could not be created: its file could not be written in the Lists folder of the "
-               "program folder.",
-           PromptIcon::Critical);
+    const std::string why =
+        files_.MakeFolder(library_.ListsPath())
+            ? "its file could not be written in the Lists folder of the program folder."
+            : "the folder \"Lists\" could not be made in the program folder (a file of that name may be "
+              "in the way, or the folder may not allow new files).";
+    Tell("The category " + Quoted(name) + " could not be created: " + why, PromptIcon::Critical);
   }
 }
 

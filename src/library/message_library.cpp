@@ -181,7 +181,8 @@ bool MessageLibrary::SaveCheckedCategories() {
     events_.DoEvents();
     if (lstMessageCategories.ListCount() == 0) return true;
     const std::string text = MarkedText(lstMessageCategories);
-    written = attempt + 1 < kStateWriteAttempts ? files_.TryWriteAll(path, text) : files_.WriteAll(path, text);
+    const bool last = attempt + 1 == kStateWriteAttempts;
+    written = last ? files_.WriteAll(path, text) : files_.TryWriteAll(path, text);
   }
   // The events may have added or removed categories: the remembered
   // position is highlighted again only while it names the same category.

@@ -117,10 +117,11 @@ class MessageLibrary {
   // Writes the category-state file from lstMessageCategories, with up to
   // 101 attempts, letting pending window events run before each; gives up
   // silently. Only the last attempt waits for a file another program holds
-  // open, so a held file costs about a second, not one for each attempt. An empty list writes nothing (the file keeps its content), and
-  // neither does a list whose marks could not be read from the file at
-  // loading (the file keeps its own). Returns false when the list's marks
-  // could not be saved.
+  // open, so a held file costs about a second, not one for each attempt.
+  // An empty list writes nothing (the file keeps its content), and neither
+  // does a list whose marks could not be read from the file at loading (the
+  // file keeps its own). Returns false when the list's marks could not be
+  // saved.
   bool SaveCheckedCategories();
 
   // Tells the user, with the stop icon, that the categories' marks were

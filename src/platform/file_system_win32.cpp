@@ -111,8 +111,9 @@ bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targe
                           FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
   if (targetAttributes & kKept) ::SetFileAttributesW(temp.c_str(), targetAttributes & kKept);
   const std::wstring target = OnDiskSpelling(path);
-  const bool free = RetryWhileBusy([&] { return FreeToReplace(target) || ::GetLastError() == ERROR_FILE_NOT_FOUND; },
-                                   [&](DWORD error) { return wait && IsBusy(error); });
+  const bool free = RetryWhileBusy(
+      [&] { return FreeToReplace(target) || ::GetLastError() == ERROR_FILE_NOT_FOUND; },
+      [&](DWORD error) { return wait && IsBusy(error); });
   if (!free) return false;
   return MoveInto(temp, target, wait);
 }
@@ -140,7 +141,8 @@ class Win32WriteSteps final : public WriteSteps {
     HANDLE made = INVALID_HANDLE_VALUE;
     const bool ok = RetryWhileBusy(
         [&] {
-          made = ::CreateFileW(name->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+          made = ::CreateFileW(name->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                               nullptr);
           return made != INVALID_HANDLE_VALUE;
         },
         // A taken name that is being deleted: not worth waiting for.

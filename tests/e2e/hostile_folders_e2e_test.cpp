@@ -53,7 +53,8 @@ TEST(HostileFolders, APhraseAddedWhileAnotherProgramHoldsItsFileIsRefusedAndSave
     TypeInto(phrase, L"Hello");
     PressKey(VK_RETURN);
     const std::string message = Answer(program, IDOK);
-    EXPECT_EQ(message, "The phrases of the category \"Calm\" could not be saved. Its file was left as it was.");
+    EXPECT_EQ(message,
+              "The phrases of the category \"Calm\" could not be saved. Its file was left as it was.");
   }
   EXPECT_EQ(folder.Get("\\Lists\\Calm.lst"), "1Breathe");
   // The list still holds the phrase; the next change saves it with the rest.

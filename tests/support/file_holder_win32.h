@@ -14,17 +14,19 @@ namespace qm::test {
 class FileHolder {
  public:
   FileHolder(const char* holderExe, const std::wstring& path, int milliseconds) {
-    std::wstring line = L"\"" + *win32::WidenStrict(holderExe) + L"\" \"" + path + L"\" " +
-                        std::to_wstring(milliseconds);
+    std::wstring line =
+        L"\"" + *win32::WidenStrict(holderExe) + L"\" \"" + path + L"\" " + std::to_wstring(milliseconds);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info_))
+    if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                          &info_))
       return;
     ::CloseHandle(info_.hThread);
     // Held once a reader that shares everything is refused.
     for (int tries = 0; tries < 2000; ++tries) {
-      const HANDLE probe = ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                         nullptr, OPEN_EXISTING, 0, nullptr);
+      const HANDLE probe =
+          ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                        nullptr, OPEN_EXISTING, 0, nullptr);
       if (probe == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_SHARING_VIOLATION) {
         held_ = true;
         return;

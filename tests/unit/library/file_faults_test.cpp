@@ -43,12 +43,16 @@ struct World {
 struct Command {
   const char* name;
   std::function<void(World&)> run;
-  Contents after;           // the files it changes, as they should be
+  Contents after;          // the files it changes, as they should be
   const char* quiet = "";  // a file whose old content may stay untold
 };
 
 const Command kCommands[] = {
-    {"add a phrase", [](World& w) { w.editing.txtEditWord = "C"; w.editing.cmdAdd_Click(); },
+    {"add a phrase",
+     [](World& w) {
+       w.editing.txtEditWord = "C";
+       w.editing.cmdAdd_Click();
+     },
      {{"\\Lists\\Calm.lst", "1A\r\n0B\r\n1C"}}},
     {"replace a phrase",
      [](World& w) {
@@ -58,7 +62,11 @@ const Command kCommands[] = {
        w.editing.cmdAdd_Click();
      },
      {{"\\Lists\\Calm.lst", "1A\r\n0D"}}},
-    {"delete a phrase", [](World& w) { w.phrases.SetListIndex(0); w.editing.cmdDelete_Click(); },
+    {"delete a phrase",
+     [](World& w) {
+       w.phrases.SetListIndex(0);
+       w.editing.cmdDelete_Click();
+     },
      {{"\\Lists\\Calm.lst", "0B"}}},
     {"delete the last phrase",
      [](World& w) {
@@ -67,7 +75,11 @@ const Command kCommands[] = {
        w.editing.cmdDelete_Click();
      },
      {{"\\Lists\\Sleep.lst", std::nullopt}}},
-    {"add a category", [](World& w) { w.editing.txtEditCat = "New"; w.editing.cmdAddCat_Click(); },
+    {"add a category",
+     [](World& w) {
+       w.editing.txtEditCat = "New";
+       w.editing.cmdAddCat_Click();
+     },
      {{"\\Lists\\New.lst", ""}, {"\\_._", "1Calm\r\n0New\r\n0Sleep"}}},
     {"rename a category",
      [](World& w) {
@@ -111,7 +123,9 @@ TEST_P(FileFaults, LeaveEveryFileOldOrNewAndAreTold) {
   for (const auto& [path, bytes] : kBefore) w.dir.Put(path, *bytes);
   w.library.StartUp();
   w.settings.ReadSettings();
-  w.settings.Tell = [&](const std::string& text) { w.prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok); };
+  w.settings.Tell = [&](const std::string& text) {
+    w.prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok);
+  };
   w.prompts.shown.clear();
 
   w.files.failing = {fault};

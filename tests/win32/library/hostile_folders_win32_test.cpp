@@ -3,9 +3,8 @@
 // sharing nothing, and a program folder whose path is longer than MAX_PATH.
 // Each change is refused with one stop box and the file kept byte for byte,
 // or it is saved.
-#include <windows.h>
-
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <chrono>
 #include <cstdio>
@@ -29,7 +28,9 @@ struct Program {
   explicit Program(std::string programFolder) : folder(std::move(programFolder)) {
     library.StartUp();
     settings.ReadSettings();
-    settings.Tell = [this](const std::string& text) { prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok); };
+    settings.Tell = [this](const std::string& text) {
+      prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok);
+    };
   }
   // The stop boxes shown since the last call.
   int StopBoxes() {
@@ -62,7 +63,8 @@ const Change kChanges[] = {
      }},
     {"\\__.__",
      [](Program& p) {
-       p.settings.Record().frequency = static_cast<std::int16_t>(p.settings.Record().frequency.value_or(0) + 1);
+       p.settings.Record().frequency =
+           static_cast<std::int16_t>(p.settings.Record().frequency.value_or(0) + 1);
        p.settings.SaveSettings();
      }},
     {"\\Lists\\Calm.lst",
@@ -106,7 +108,8 @@ TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
     ASSERT_TRUE(holder.Held());
     const auto start = std::chrono::steady_clock::now();
     change.make(program);
-    const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    const auto waited =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
     std::printf("%s held by another program: refused after %lld ms\n", change.file,
                 static_cast<long long>(waited.count()));
     EXPECT_EQ(program.StopBoxes(), 1);
@@ -120,7 +123,9 @@ TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
 
 // Setting up and checking a long path goes around the code under test, in
 // the long form.
-std::wstring Long(const std::string& path) { return L"\\\\?\\" + *win32::WidenStrict(path); }
+std::wstring Long(const std::string& path) {
+  return L"\\\\?\\" + *win32::WidenStrict(path);
+}
 void PutLong(const std::string& path, std::string_view bytes) {
   const HANDLE file = ::CreateFileW(Long(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   DWORD wrote = 0;
@@ -128,7 +133,8 @@ void PutLong(const std::string& path, std::string_view bytes) {
   ::CloseHandle(file);
 }
 std::string GetLong(const std::string& path) {
-  const HANDLE file = ::CreateFileW(Long(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE file =
+      ::CreateFileW(Long(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return "(no file)";
   std::string bytes(4096, '\0');
   DWORD got = 0;
