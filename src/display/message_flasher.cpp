@@ -126,10 +126,15 @@ void frmMessage::TimerFrequency_Timer() {
 
 void frmMessage::TimerDisplayLength_Timer() {
   if (bStopped) return;
+  if (WaitingForFrame()) return;  // the frame wait asks meanwhile
   if (!PhraseMayGo()) {
     frameWait_->SetEnabled(true);
     return;
   }
+  HidePhrase();
+}
+
+void frmMessage::HidePhrase() {
   EndFrameWait();
   timerDisplayLength_.SetEnabled(false);
   view_.SetLabelVisible(false);
@@ -156,7 +161,7 @@ void frmMessage::FrameWait_Timer() {
     frameWait_->SetEnabled(false);
     return;
   }
-  TimerDisplayLength_Timer();
+  if (PhraseMayGo()) HidePhrase();
 }
 
 void frmMessage::EndFrameWait() {

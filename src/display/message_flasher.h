@@ -155,8 +155,8 @@ class frmMessage {
 
   // Every phrase seen: with a frame clock, the display tick leaves a raised
   // phrase up until the compositor has presented a frame holding it, and
-  // meanwhile asks again at every tick of `frameWait` (a short period), at
-  // most kMaxFrameChecks times, so a compositor that stops presenting
+  // meanwhile asks again at every tick of `frameWait` (a short period),
+  // kMaxFrameChecks times at most, so a compositor that stops presenting
   // cannot keep a phrase up for good. Without a clock, or where it tells
   // nothing, a phrase goes at the time asked. The clock and the timer must
   // outlive the flasher.
@@ -210,6 +210,8 @@ class frmMessage {
   // Whether the raised phrase may go now; counts the checks made.
   bool PhraseMayGo();
   void FrameWait_Timer();
+  // The display tick's own work: the label hidden, the interval timer armed.
+  void HidePhrase();
   void EndFrameWait();
 
   const FrameClock* frameClock_ = nullptr;
