@@ -80,7 +80,8 @@ Flashes Flash(qm::win32::MessageLoop& loop, qm::win32::MessageWindow& window, in
         if (shown && !window.Overlay().LabelVisible()) {
           flashes.ms.push_back(Millis(Clock::now() - shownAt));
           const auto framesNow = compositor.PresentedFrames();
-          if (framesAtShow && framesNow) flashes.frames.push_back(static_cast<double>(*framesNow - *framesAtShow));
+          if (framesAtShow && framesNow)
+            flashes.frames.push_back(static_cast<double>(*framesNow - *framesAtShow));
           shown = false;
         }
         return static_cast<int>(flashes.ms.size()) >= count;
@@ -154,8 +155,9 @@ int main() {
                 frames ? "presents frames" : "none reported",
                 state ? std::to_string(static_cast<int>(*state)).c_str() : "not reported");
   }
-  std::printf("time on the screen (interval tick painted -> phrase hidden), and the frames the compositor\n"
-              "presented meanwhile where the system reports them:\n");
+  std::printf(
+      "time on the screen (interval tick painted -> phrase hidden), and the frames the compositor\n"
+      "presented meanwhile where the system reports them:\n");
   const int durations[] = {1, 5, 16, 50, 500};
   bool framesReported = false;
   for (int ms : durations) {
@@ -167,8 +169,9 @@ int main() {
     }
   }
   if (!framesReported)
-    std::printf("frames presented: the system reports none (no desktop compositor), so each phrase goes at the\n"
-                "time asked\n");
+    std::printf(
+        "frames presented: the system reports none (no desktop compositor), so each phrase goes at the\n"
+        "time asked\n");
   std::printf("raw period of the millisecond timer:\n");
   for (int ms : durations) Print("timer period", ms, RawPeriods(loop, ms, ms >= 500 ? 10 : 100));
 

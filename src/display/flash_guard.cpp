@@ -11,8 +11,8 @@ namespace {
 
 bool Covers(const ScreenRect& area, const ScreenRect& monitor) {
   const bool emptyMonitor = monitor.right <= monitor.left || monitor.bottom <= monitor.top;
-  return !emptyMonitor && area.left <= monitor.left && area.top <= monitor.top && area.right >= monitor.right &&
-         area.bottom >= monitor.bottom;
+  return !emptyMonitor && area.left <= monitor.left && area.top <= monitor.top &&
+         area.right >= monitor.right && area.bottom >= monitor.bottom;
 }
 
 }  // namespace

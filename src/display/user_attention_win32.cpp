@@ -33,7 +33,8 @@ std::optional<NotificationState> ShellAttention::UserNotificationState() const {
   QUERY_USER_NOTIFICATION_STATE state{};
   if (FAILED(sys::SHQueryUserNotificationState(&state))) return std::nullopt;
   const int value = static_cast<int>(state);
-  if (value < static_cast<int>(NotificationState::NotPresent) || value > static_cast<int>(NotificationState::App))
+  if (value < static_cast<int>(NotificationState::NotPresent) ||
+      value > static_cast<int>(NotificationState::App))
     return std::nullopt;
   return static_cast<NotificationState>(value);
 }

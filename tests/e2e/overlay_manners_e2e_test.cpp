@@ -43,8 +43,8 @@ HWND OpenProgramWindow(int height) {
   }();
   const HWND window =
       ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"Other program",
-                        WS_POPUP | WS_VISIBLE, 0, 0, ::GetSystemMetrics(SM_CXSCREEN), height, nullptr, nullptr,
-                        ::GetModuleHandleW(nullptr), nullptr);
+                        WS_POPUP | WS_VISIBLE, 0, 0, ::GetSystemMetrics(SM_CXSCREEN), height, nullptr,
+                        nullptr, ::GetModuleHandleW(nullptr), nullptr);
   ::SetForegroundWindow(window);
   Pump();
   return window;
@@ -54,7 +54,8 @@ bool PhraseOnScreen(const RunningProgram& program) {
   Pump();
   const HWND overlay = program.Overlay();
   RECT r{};
-  return overlay && ::IsWindowVisible(overlay) && ::GetWindowRect(overlay, &r) && CountScreenPixels(r, kRed) > 0;
+  return overlay && ::IsWindowVisible(overlay) && ::GetWindowRect(overlay, &r) &&
+         CountScreenPixels(r, kRed) > 0;
 }
 
 TEST(OverlayAmongPrograms, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
@@ -72,7 +73,8 @@ TEST(OverlayAmongPrograms, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhras
   const int screenHeight = ::GetSystemMetrics(SM_CYSCREEN);
   const HWND other = OpenProgramWindow(screenHeight - 1);
   ASSERT_EQ(::GetForegroundWindow(), other);
-  ASSERT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 10s)) << "a phrase over a window that fills not all";
+  ASSERT_TRUE(WaitFor([&] { return PhraseOnScreen(program); }, 10s))
+      << "a phrase over a window that fills not all";
   RECT phrase{};
   ::GetWindowRect(program.Overlay(), &phrase);
   const POINT at{(phrase.left + phrase.right) / 2, (phrase.top + phrase.bottom) / 2};
@@ -101,15 +103,15 @@ TEST(OverlayAmongPrograms, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhras
       3s))
       << "the overlay is put away";
   const std::string before = program.OverlayPhrase().value_or("");
-  EXPECT_FALSE(WaitFor([&] { return PhraseOnScreen(program) || program.OverlayPhrase().value_or("") != before; },
-                       4s))
+  EXPECT_FALSE(
+      WaitFor([&] { return PhraseOnScreen(program) || program.OverlayPhrase().value_or("") != before; }, 4s))
       << "a phrase came over a full-screen program";
   ASSERT_EQ(::GetForegroundWindow(), other);
 
   // Closed: phrases come back by themselves.
   ::DestroyWindow(other);
-  EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(program) && program.OverlayPhrase().value_or("") != before; },
-                      6s))
+  EXPECT_TRUE(
+      WaitFor([&] { return PhraseOnScreen(program) && program.OverlayPhrase().value_or("") != before; }, 6s))
       << "phrases resume after the full-screen program";
 }
 

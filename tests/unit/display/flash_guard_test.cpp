@@ -134,7 +134,8 @@ TEST(StaysQuiet, WhenTheShellSaysTheUserIsBusyOrTheWindowInFrontFillsItsMonitor)
   for (auto state : {NotificationState::Busy, NotificationState::RunningD3dFullScreen,
                      NotificationState::PresentationMode, NotificationState::QuietTime})
     EXPECT_TRUE(StaysQuiet(state, none)) << static_cast<int>(state);
-  for (auto state : {NotificationState::AcceptsNotifications, NotificationState::NotPresent, NotificationState::App})
+  for (auto state :
+       {NotificationState::AcceptsNotifications, NotificationState::NotPresent, NotificationState::App})
     EXPECT_FALSE(StaysQuiet(state, none)) << static_cast<int>(state);
   EXPECT_FALSE(StaysQuiet(std::nullopt, none));
 

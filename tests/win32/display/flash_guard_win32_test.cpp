@@ -51,8 +51,9 @@ TEST(UserAttentionWin32, TheProgramsOwnFullScreenWindowIsToldApartAndKeepsItFlas
   const auto state = attention.UserNotificationState();
   RecordProperty("notification state", state ? std::to_string(static_cast<int>(*state)) : "not reported");
 
-  const HWND own = ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, ::GetSystemMetrics(SM_CXSCREEN),
-                                     ::GetSystemMetrics(SM_CYSCREEN), nullptr, nullptr, nullptr, nullptr);
+  const HWND own =
+      ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, ::GetSystemMetrics(SM_CXSCREEN),
+                        ::GetSystemMetrics(SM_CYSCREEN), nullptr, nullptr, nullptr, nullptr);
   ASSERT_NE(own, nullptr);
   ::SetForegroundWindow(own);
   test::Pump();
