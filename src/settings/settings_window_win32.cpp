@@ -412,6 +412,14 @@ void frmSettings::CreateControls() {
   loop_.SetFilter([this](MSG& msg) { return PreTranslate(msg); });
 }
 
+void frmSettings::FitPanel() {
+  // The panel always reaches the bottom edge: as high as the window.
+  RECT outer{};
+  if (Picture2_.Hwnd() && ::GetWindowRect(Window::Hwnd(), &outer))
+    ::SetWindowPos(Picture2_.Hwnd(), nullptr, 0, 0, TwipsToPixels(kSettingsClientWidth, dpi_), outer.bottom - outer.top,
+                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void frmSettings::DpiChanged(int dpi, const RECT& suggested) {
   dpi_ = UsableDpi(dpi);
   const HWND form = Window::Hwnd();
@@ -437,6 +445,7 @@ void frmSettings::DpiChanged(int dpi, const RECT& suggested) {
     if (control) ::MoveWindow(control, r.left, r.top, r.right - r.left, r.bottom - r.top, TRUE);
   };
   move(Picture2_.Hwnd(), kIdPicture2);
+  FitPanel();
   for (HWND control : {Label1_, Label2_, txtEditCat_, txtEditWord_, fraTimesAndDuration_, fraFont_, lblDuration_,
                        lblFrequency_, lblVersion_, cmdStop_})
     if (control) move(control, ::GetDlgCtrlID(control));
@@ -685,14 +694,9 @@ LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
       if (static_cast<int>(wParam) == kIdLstMessageCategories) lstMessageCategoriesView_.ShowModelHighlight();
       if (static_cast<int>(wParam) == kIdLstPhrases) lstPhrasesView_.ShowModelHighlight();
       return 0;
-    case WM_SIZE: {
-      // The panel always reaches the bottom edge.
-      RECT outer{};
-      if (Picture2_.Hwnd() && ::GetWindowRect(Window::Hwnd(), &outer))
-        ::SetWindowPos(Picture2_.Hwnd(), nullptr, 0, 0, TwipsToPixels(kSettingsClientWidth, dpi_), outer.bottom - outer.top,
-                       SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    case WM_SIZE:
+      FitPanel();
       return 0;
-    }
     case kGetDpiScaledSize: {
       // The window grows with the dpi exactly as its client area does.
       const int dpi = static_cast<int>(wParam);

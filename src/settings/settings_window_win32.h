@@ -154,6 +154,8 @@ class frmSettings final : public Window,
   RECT Pixels(int id) const;
   // The client area as large as the layout wants at the window's dpi.
   void FitClientArea();
+  // Picture2 as high as the window, so that it reaches the bottom edge.
+  void FitPanel();
   // The fonts of the labels, lists and boxes at the window's dpi.
   void MakeFonts();
   // WM_DPICHANGED: the window goes to `suggested` and lays itself out
