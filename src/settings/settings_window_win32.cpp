@@ -5,6 +5,7 @@
 #include <uxtheme.h>
 #include <winver.h>
 
+#include <algorithm>
 #include <cctype>
 #include <utility>
 #include <vector>
@@ -223,16 +224,21 @@ bool frmSettings::CreateTheWindow() {
   dpi_ = WindowDpi(Window::Hwnd());
 
   // The client area's size in pixels at that dpi, centred on the screen.
-  const RECT frame = OuterRectForDpi(RECT{0, 0, TwipsToPixels(kSettingsClientWidth, dpi_),
-                                          TwipsToPixels(kSettingsClientHeight, dpi_)},
-                                     style, WS_EX_CONTROLPARENT, dpi_);
-  const int width = frame.right - frame.left;
-  const int height = frame.bottom - frame.top;
-  ::SetWindowPos(Window::Hwnd(), nullptr, (::GetSystemMetrics(SM_CXSCREEN) - width) / 2,
-                 (::GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  const SIZE outer = OuterSize(dpi_);
+  ::SetWindowPos(Window::Hwnd(), nullptr, (::GetSystemMetrics(SM_CXSCREEN) - outer.cx) / 2,
+                 (::GetSystemMetrics(SM_CYSCREEN) - outer.cy) / 2, outer.cx, outer.cy, SWP_NOZORDER | SWP_NOACTIVATE);
   FitClientArea();
   CreateControls();
   return true;
+}
+
+SIZE frmSettings::OuterSize(int dpi) const {
+  const HWND form = Window::Hwnd();
+  const RECT outer = OuterRectForDpi(
+      RECT{0, 0, TwipsToPixels(kSettingsClientWidth, dpi), TwipsToPixels(kSettingsClientHeight, dpi)},
+      static_cast<DWORD>(::GetWindowLongPtrW(form, GWL_STYLE)),
+      static_cast<DWORD>(::GetWindowLongPtrW(form, GWL_EXSTYLE)), dpi);
+  return SIZE{outer.right - outer.left, outer.bottom - outer.top};
 }
 
 void frmSettings::FitClientArea() {
@@ -699,15 +705,19 @@ LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
       return 0;
     case kGetDpiScaledSize: {
       // The window grows with the dpi exactly as its client area does.
-      const int dpi = static_cast<int>(wParam);
-      const RECT outer = OuterRectForDpi(RECT{0, 0, TwipsToPixels(kSettingsClientWidth, dpi),
-                                              TwipsToPixels(kSettingsClientHeight, dpi)},
-                                         static_cast<DWORD>(::GetWindowLongPtrW(Window::Hwnd(), GWL_STYLE)),
-                                         static_cast<DWORD>(::GetWindowLongPtrW(Window::Hwnd(), GWL_EXSTYLE)), dpi);
       auto& size = *reinterpret_cast<SIZE*>(lParam);
-      size.cx = outer.right - outer.left;
-      size.cy = outer.bottom - outer.top;
+      size = OuterSize(static_cast<int>(wParam));
       return TRUE;
+    }
+    case WM_GETMINMAXINFO: {
+      // The window keeps the size of its layout even where the screen is
+      // smaller (a small screen at a large scaling).
+      const LRESULT result = Window::HandleMessage(msg, wParam, lParam);
+      auto& info = *reinterpret_cast<MINMAXINFO*>(lParam);
+      const SIZE outer = OuterSize(dpi_);
+      info.ptMaxTrackSize.x = std::max(info.ptMaxTrackSize.x, outer.cx);
+      info.ptMaxTrackSize.y = std::max(info.ptMaxTrackSize.y, outer.cy);
+      return result;
     }
     case WM_DPICHANGED:
       // Moved to a monitor of another scaling (or its scaling changed):

@@ -152,6 +152,8 @@ class frmSettings final : public Window,
   RECT Pixels(int left, int top, int width, int height) const;
   // A control's place from the layout, in pixels at the window's dpi.
   RECT Pixels(int id) const;
+  // The window's outer size whose client area is the layout's at `dpi`.
+  SIZE OuterSize(int dpi) const;
   // The client area as large as the layout wants at the window's dpi.
   void FitClientArea();
   // Picture2 as high as the window, so that it reaches the bottom edge.

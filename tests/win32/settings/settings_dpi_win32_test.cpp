@@ -1,10 +1,13 @@
 // The settings window told that it moved to a monitor of another scaling
 // (WM_DPICHANGED, as Windows sends it): it goes where it is told, every
 // control stands where the layout puts it at the new dpi, and the fonts
-// are made anew for it; back at the first dpi everything is as it was.
+// are made anew for it, at 150 % and 200 %; back at the first dpi
+// everything is as it was.
 #include "settings/settings_window_win32.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
 
 #include "../../support/fake_prompts.h"
 #include "../../support/settings_layout_check.h"
@@ -58,18 +61,25 @@ TEST(SettingsWindowDpi, TheLayoutAndTheFontsFollowTheWindowToAnotherScalingAndBa
   RECT before{};
   ::GetWindowRect(form, &before);
 
-  SendDpiChanged(form, first, other);
-  ExpectSettingsLayout(form, other, 1);
-  RECT moved{};
-  ::GetWindowRect(form, &moved);
-  EXPECT_EQ(moved.left, before.left);
-  EXPECT_EQ(moved.top, before.top);
-  // Arial 9.75 pt bold and regular, and the interface font, at the new dpi.
-  EXPECT_EQ(FontHeight(label), ::MulDiv(975, other, 7200));
-  EXPECT_EQ(FontHeight(list), ::MulDiv(975, other, 7200));
-  EXPECT_NEAR(FontHeight(box), ::MulDiv(boxFont, other, first), 1);
+  // 150 % and 200 % (or 100 % from a screen at 150 %).
+  int now = first;
+  for (const int dpi : {other, 192}) {
+    SendDpiChanged(form, now, dpi);
+    now = dpi;
+    ExpectSettingsLayout(form, dpi, 1);
+    RECT moved{};
+    ::GetWindowRect(form, &moved);
+    EXPECT_EQ(moved.left, before.left);
+    EXPECT_EQ(moved.top, before.top);
+    // Arial 9.75 pt bold and regular, and the interface font, at the new
+    // dpi.
+    EXPECT_EQ(FontHeight(label), ::MulDiv(975, dpi, 7200)) << dpi;
+    EXPECT_EQ(FontHeight(list), ::MulDiv(975, dpi, 7200)) << dpi;
+    EXPECT_NEAR(FontHeight(box), ::MulDiv(boxFont, dpi, first), 1) << dpi;
+    if (std::getenv("QM_DPI_PAUSE")) ::Sleep(2500);
+  }
 
-  SendDpiChanged(form, other, first);
+  SendDpiChanged(form, now, first);
   ExpectSettingsLayout(form, first, 0);
   EXPECT_EQ(FontHeight(label), labelFont);
   EXPECT_EQ(FontHeight(list), listFont);
