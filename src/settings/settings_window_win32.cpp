@@ -36,48 +36,48 @@ constexpr int kRtfHeightMargin = 1700;
 constexpr int kRtfGapAboveStart = 60;
 constexpr int kStartRowTop = 525 + 5160;
 
-// Where every control stands, in twips (left, top, width, height): in the
-// window's client area, or in the panel Picture2 for the labels and the
-// buttons on it. The controls of the two frames are placed in the window
-// at the frame's corner plus their place in the frame. The window places
-// its controls from this table when it is made and again whenever its dots
-// per inch change.
+// Where every control stands, in twips (left, top, width, height), in its
+// container: the panel Picture2 for the labels and buttons on it (Label1
+// and Label2, the six editing buttons, Start, Exit, lblVersion), the
+// window's client area for the rest. The controls of the two frames are
+// placed in the window at the frame's corner plus their place in the
+// frame. The window places its controls from this table when it is made
+// and again whenever its dots per inch change.
 struct Placement {
   int id;
-  bool inPanel;
   TwipBounds bounds;
 };
 constexpr int kTimesLeft = 180, kFontLeft = 3540, kFramesTop = 3660;
 constexpr Placement kLayout[] = {
-    {kIdPicture2, false, {0, 525, kSettingsClientWidth, 5655}},
-    {kIdLabel1, true, {180, 180, 3195, 315}},
-    {kIdLabel2, true, {3480, 180, 3195, 315}},
-    {kIdCmdAddCat, true, {180, 540, 975, 435}},
-    {kIdCmdEditCat, true, {1290, 540, 975, 435}},
-    {kIdCmdDeleteCat, true, {2400, 540, 975, 435}},
-    {kIdCmdAdd, true, {3480, 540, 975, 435}},
-    {kIdCmdEdit, true, {4590, 540, 975, 435}},
-    {kIdCmdDelete, true, {5700, 540, 975, 435}},
-    {kIdTxtEditCat, false, {180, 1560, 3195, 375}},
-    {kIdTxtEditWord, false, {3480, 1560, 3195, 375}},
-    {kIdLstMessageCategories, false, {180, 1980, 3195, 1410}},
-    {kIdLstPhrases, false, {3480, 1980, 3195, 1410}},
-    {kIdFraTimesAndDuration, false, {kTimesLeft, kFramesTop, 3135, 1755}},
-    {kIdFraFont, false, {kFontLeft, kFramesTop, 3135, 1755}},
-    {kIdLblDuration, false, {kTimesLeft + 120, kFramesTop + 300, 2775, 375}},
-    {kIdBvlWheel1, false, {kTimesLeft + 120, kFramesTop + 600, 2895, 315}},
-    {kIdLblFrequency, false, {kTimesLeft + 120, kFramesTop + 960, 2775, 375}},
-    {kIdBvlWheel2, false, {kTimesLeft + 120, kFramesTop + 1260, 2895, 315}},
-    {kIdCmdEditFont, false, {kFontLeft + 240, kFramesTop + 360, 1335, 435}},
-    {kIdColorPicker1, false, {kFontLeft + 1680, kFramesTop + 360, 1275, 435}},
-    {kIdPicture1, false, {kFontLeft + 240, kFramesTop + 840, 2715, 795}},
+    {kIdPicture2, {0, 525, kSettingsClientWidth, 5655}},
+    {kIdLabel1, {180, 180, 3195, 315}},
+    {kIdLabel2, {3480, 180, 3195, 315}},
+    {kIdCmdAddCat, {180, 540, 975, 435}},
+    {kIdCmdEditCat, {1290, 540, 975, 435}},
+    {kIdCmdDeleteCat, {2400, 540, 975, 435}},
+    {kIdCmdAdd, {3480, 540, 975, 435}},
+    {kIdCmdEdit, {4590, 540, 975, 435}},
+    {kIdCmdDelete, {5700, 540, 975, 435}},
+    {kIdTxtEditCat, {180, 1560, 3195, 375}},
+    {kIdTxtEditWord, {3480, 1560, 3195, 375}},
+    {kIdLstMessageCategories, {180, 1980, 3195, 1410}},
+    {kIdLstPhrases, {3480, 1980, 3195, 1410}},
+    {kIdFraTimesAndDuration, {kTimesLeft, kFramesTop, 3135, 1755}},
+    {kIdFraFont, {kFontLeft, kFramesTop, 3135, 1755}},
+    {kIdLblDuration, {kTimesLeft + 120, kFramesTop + 300, 2775, 375}},
+    {kIdBvlWheel1, {kTimesLeft + 120, kFramesTop + 600, 2895, 315}},
+    {kIdLblFrequency, {kTimesLeft + 120, kFramesTop + 960, 2775, 375}},
+    {kIdBvlWheel2, {kTimesLeft + 120, kFramesTop + 1260, 2895, 315}},
+    {kIdCmdEditFont, {kFontLeft + 240, kFramesTop + 360, 1335, 435}},
+    {kIdColorPicker1, {kFontLeft + 1680, kFramesTop + 360, 1275, 435}},
+    {kIdPicture1, {kFontLeft + 240, kFramesTop + 840, 2715, 795}},
     // The rich-text view's size is set after the window's (SizeRtfHelp).
-    {kIdRtfHelp, false, {180, 600, 6420, 4500}},
-    {kIdCmdStart, true, {1920, 5160, 1395, 435}},
-    {kIdCmdClose, true, {3540, 5160, 1395, 435}},
-    {kIdLblVersion, true, {5340, 5280, 1395, 255}},
+    {kIdRtfHelp, {180, 600, 6420, 4500}},
+    {kIdCmdStart, {1920, 5160, 1395, 435}},
+    {kIdCmdClose, {3540, 5160, 1395, 435}},
+    {kIdLblVersion, {5340, 5280, 1395, 255}},
     // Only the top pixel of Stop lies inside the window.
-    {kIdCmdStop, false, {2700, 6240, 1395, 435}},
+    {kIdCmdStop, {2700, 6240, 1395, 435}},
 };
 
 constexpr TwipBounds LayoutOf(int id) {
@@ -94,8 +94,7 @@ constexpr UINT kGetDpiScaledSize = 0x02E4;
 // The tooltips' widest line (twips).
 constexpr int kTooltipWidth = 4500;
 
-// A font of the given face and size in points (hundredths), at the
-// screen's vertical dots per inch.
+// A font of the given face and size in points (hundredths), at `dpiY`.
 HFONT MakeFont(const wchar_t* face, int hundredthsOfPoint, bool bold, int dpiY) {
   LOGFONTW lf{};
   lf.lfHeight = -MulDivRound(hundredthsOfPoint, dpiY, 7200);

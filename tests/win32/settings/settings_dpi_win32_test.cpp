@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "../../support/fake_prompts.h"
 #include "../../support/settings_layout_check.h"
 #include "../../support/temp_folder.h"
@@ -76,7 +74,6 @@ TEST(SettingsWindowDpi, TheLayoutAndTheFontsFollowTheWindowToAnotherScalingAndBa
     EXPECT_EQ(FontHeight(label), ::MulDiv(975, dpi, 7200)) << dpi;
     EXPECT_EQ(FontHeight(list), ::MulDiv(975, dpi, 7200)) << dpi;
     EXPECT_NEAR(FontHeight(box), ::MulDiv(boxFont, dpi, first), 1) << dpi;
-    if (std::getenv("QM_DPI_PAUSE")) ::Sleep(2500);
   }
 
   SendDpiChanged(form, now, first);
