@@ -48,6 +48,13 @@ bool CheckedListView::Create(HWND parent, const RECT& bounds, HFONT font, int id
   return true;
 }
 
+void CheckedListView::Place(const RECT& bounds, HFONT font) {
+  if (!hwnd_) return;
+  ::SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+  ::MoveWindow(hwnd_, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, TRUE);
+  FitColumn();
+}
+
 void CheckedListView::FitColumn() {
   RECT client{};
   ::GetClientRect(hwnd_, &client);
