@@ -168,7 +168,7 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
   const HWND preview = Control(form, kIdPicture1);
   RECT previewRect{};
   ::GetWindowRect(preview, &previewRect);
-  const int greyBefore = CountScreenPixels(previewRect, RGB(192, 192, 192));
+  const int greyBefore = CountScreenColour(previewRect, RGB(192, 192, 192));
   dialog = OpenFontChooser(program, form);
   ASSERT_NE(dialog, nullptr);
   const HWND sizeEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb3), nullptr, L"Edit", nullptr);
@@ -194,7 +194,7 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
       << folder.Get("\\__.__");
   // The preview's text grew: far more of its grey on the screen.
   ::Sleep(300);
-  EXPECT_GT(CountScreenPixels(previewRect, RGB(192, 192, 192)), greyBefore * 2);
+  EXPECT_GT(CountScreenColour(previewRect, RGB(192, 192, 192)), greyBefore * 2);
 }
 
 TEST(Panels, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlmostWhite) {
@@ -210,18 +210,18 @@ TEST(Panels, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlm
   RECT light = preview, dark = preview;
   light.right = (preview.left + preview.right) / 2 - 2;
   dark.left = (preview.left + preview.right) / 2 + 2;
-  EXPECT_EQ(CountScreenPixels(preview, RGB(255, 0, 0)), 0);
+  EXPECT_EQ(CountScreenColour(preview, RGB(255, 0, 0)), 0);
 
   PickColour(program, form, "White");
   EXPECT_TRUE(WaitFor([&] { return Entry(folder, 4) == "16777214"; }, 3s)) << Entry(folder, 4);
   EXPECT_EQ(AsciiText(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
-  EXPECT_GT(CountScreenPixels(dark, RGB(254, 255, 255)), 20);
+  EXPECT_GT(CountScreenColour(dark, RGB(254, 255, 255)), 20);
 
   PickColour(program, form, "Red");
   EXPECT_TRUE(WaitFor([&] { return Entry(folder, 4) == "255"; }, 3s)) << Entry(folder, 4);
   ::Sleep(200);
-  EXPECT_GT(CountScreenPixels(light, RGB(255, 0, 0)), 20) << "red on the white half";
-  EXPECT_GT(CountScreenPixels(dark, RGB(255, 0, 0)), 20) << "red on the black half";
+  EXPECT_GT(CountScreenColour(light, RGB(255, 0, 0)), 20) << "red on the white half";
+  EXPECT_GT(CountScreenColour(dark, RGB(255, 0, 0)), 20) << "red on the black half";
 
   // Start (Alt+S): the next phrase comes in red.
   Key(VK_MENU, false);
@@ -235,7 +235,7 @@ TEST(Panels, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlm
         RECT r{};
         if (!overlay || !::IsWindowVisible(overlay) || program.OverlayPhrase() != "Breathe slowly") return false;
         ::GetWindowRect(overlay, &r);
-        red = CountScreenPixels(r, RGB(255, 0, 0));
+        red = CountScreenColour(r, RGB(255, 0, 0));
         return red > 50;
       },
       8s);

@@ -258,32 +258,4 @@ void RunningProgram::ChooseFromMenu(int stepsUp) const {
   ::PostMessageA(menu, WM_KEYDOWN, VK_RETURN, 0);
 }
 
-int CountScreenPixels(const RECT& area, COLORREF color) {
-  const int width = area.right - area.left;
-  const int height = area.bottom - area.top;
-  if (width <= 0 || height <= 0) return 0;
-  HDC screen = ::GetDC(nullptr);
-  HDC memory = ::CreateCompatibleDC(screen);
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = -height;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  void* bits = nullptr;
-  HBITMAP bitmap = ::CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  HGDIOBJ old = ::SelectObject(memory, bitmap);
-  ::BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY | CAPTUREBLT);
-  int count = 0;
-  const auto* pixels = static_cast<const DWORD*>(bits);
-  const DWORD wanted = (GetRValue(color) << 16) | (GetGValue(color) << 8) | GetBValue(color);
-  for (int i = 0; i < width * height; ++i)
-    if ((pixels[i] & 0xFFFFFF) == wanted) ++count;
-  ::SelectObject(memory, old);
-  ::DeleteObject(bitmap);
-  ::DeleteDC(memory);
-  ::ReleaseDC(nullptr, screen);
-  return count;
-}
-
 }  // namespace qm::test

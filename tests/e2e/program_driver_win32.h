@@ -13,6 +13,8 @@
 #include <string_view>
 #include <vector>
 
+#include "../support/win32_helpers.h"
+
 namespace qm::test {
 
 // The built program, from the build (a POSIX path under Wine becomes the
@@ -91,8 +93,5 @@ class RunningProgram {
   HANDLE process_ = nullptr;
   DWORD processId_ = 0;
 };
-
-// Pixels of one colour in a rectangle of the screen.
-int CountScreenPixels(const RECT& area, COLORREF color);
 
 }  // namespace qm::test
