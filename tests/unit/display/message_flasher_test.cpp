@@ -144,6 +144,18 @@ TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
   EXPECT_EQ(view.caption, "I love this program");  // element 1: the index starts at 0
 }
 
+// The timers outlive the flasher in the settings window's teardown: a tick
+// after the flasher is gone reaches nothing.
+TEST_F(FlasherTest, ADestroyedFlasherLeavesItsTimersSilent) {
+  auto second = std::make_unique<frmMessage>(view, *frequency, *display, random, host);
+  second->Form_Load({1024, 768}, 1);
+  second->Begin();
+  second.reset();
+  view.log.clear();
+  clock.Advance(10s);
+  EXPECT_TRUE(view.log.empty());
+}
+
 TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEvenAndAbsurdMetricsStillPlace) {
   flasher.Form_Load({1022.5f, 767.5f}, 0);
   EXPECT_EQ(flasher.ScreenWidth(), 1022);
