@@ -34,30 +34,6 @@ std::string Entry(const ProgramFolder& folder, int line) {
   return file.substr(start, file.find("\r\n", start) - start);
 }
 
-// A visible top-level window of the program of a class (and a title).
-struct Finding {
-  DWORD process;
-  const char* cls;
-  HWND found;
-};
-BOOL CALLBACK FindVisible(HWND hwnd, LPARAM param) {
-  auto& f = *reinterpret_cast<Finding*>(param);
-  DWORD pid = 0;
-  ::GetWindowThreadProcessId(hwnd, &pid);
-  char cls[64] = {};
-  ::GetClassNameA(hwnd, cls, sizeof cls);
-  if (pid == f.process && ::IsWindowVisible(hwnd) && std::string(cls) == f.cls) {
-    f.found = hwnd;
-    return FALSE;
-  }
-  return TRUE;
-}
-HWND VisibleWindow(const RunningProgram& program, const char* cls) {
-  Finding f{::GetProcessId(program.Process()), cls, nullptr};
-  ::EnumWindows(FindVisible, reinterpret_cast<LPARAM>(&f));
-  return f.found;
-}
-
 // The row of the colour drop-down showing `text`, as the program lists it.
 int SwatchRow(const char* text) {
   const ColorSwatches swatches;
@@ -71,7 +47,7 @@ void PickColour(const RunningProgram& program, HWND form, const char* text) {
   const HWND combo = Control(form, kIdColorPicker1);
   ClickScreen(Middle(combo));
   HWND list = nullptr;
-  ASSERT_TRUE(WaitFor([&] { return (list = VisibleWindow(program, "ComboLBox")) != nullptr; }, 3s));
+  ASSERT_TRUE(WaitFor([&] { return (list = program.VisibleWindow("ComboLBox")) != nullptr; }, 3s));
   const int height = static_cast<int>(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
   const int top = static_cast<int>(::SendMessageW(list, LB_GETTOPINDEX, 0, 0));
   POINT at{8 + height, (SwatchRow(text) - top) * height + height / 2};
@@ -142,7 +118,7 @@ TEST(Panels, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSavesEachTurn)
 HWND OpenFontChooser(const RunningProgram& program, HWND form) {
   ClickScreen(Middle(Control(form, kIdCmdEditFont)));
   HWND dialog = nullptr;
-  WaitFor([&] { return (dialog = VisibleWindow(program, "#32770")) != nullptr; }, 5s);
+  WaitFor([&] { return (dialog = program.VisibleWindow("#32770")) != nullptr; }, 5s);
   if (dialog) ::Sleep(300);
   return dialog;
 }

@@ -74,6 +74,8 @@ class RunningProgram {
   std::vector<HWND> Windows(const char* className) const;
   HWND SettingsWindow() const;
   HWND Overlay() const;
+  // The first visible top-level window of the program of a class.
+  HWND VisibleWindow(const char* className) const;
   // The tray menu while it is open, a message box while one is shown.
   HWND OpenMenu() const;
   HWND MessageBox() const;

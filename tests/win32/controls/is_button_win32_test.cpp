@@ -231,11 +231,8 @@ TEST_F(ButtonShell, MouseMessagesRaiseEnterClickAndLeave) {
   EXPECT_EQ(b.Model().ContainerToolTipText(), "");
 
   ::SendMessageA(b.Hwnd(), WM_LBUTTONDOWN, MK_LBUTTON, At(30, 20));
-  EXPECT_EQ(b.Model().State(), ButtonState::Pressed);
   ::SendMessageA(b.Hwnd(), WM_LBUTTONUP, 0, At(30, 20));
   EXPECT_EQ(raised, (Strings{"MouseEnter", "Click"}));
-  EXPECT_EQ(b.Model().State(), ButtonState::Hover);
-  EXPECT_EQ(::GetCapture(), nullptr);
 
   // The platform's leave notice takes the tooltip away.
   ::SetCursorPos(1000, 740);

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "../../support/overlay_phrase_win32.h"
 #include "../../support/win32_helpers.h"
 #include "display/message_window_win32.h"
 #include "display/overlay_query_win32.h"
@@ -65,46 +66,6 @@ unsigned UserObjects() {
   }
   return count;
 }
-
-// A message-only window that takes the overlay's answer to the phrase
-// query.
-class PhraseReceiver {
- public:
-  PhraseReceiver() {
-    WNDCLASSA windowClass{};
-    windowClass.lpfnWndProc = Proc;
-    windowClass.hInstance = ::GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = "QuillmereTestPhraseReceiver";
-    ::RegisterClassA(&windowClass);
-    hwnd_ = ::CreateWindowExA(0, windowClass.lpszClassName, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                              windowClass.hInstance, nullptr);
-  }
-  ~PhraseReceiver() { ::DestroyWindow(hwnd_); }
-  PhraseReceiver(const PhraseReceiver&) = delete;
-  PhraseReceiver& operator=(const PhraseReceiver&) = delete;
-
-  // Asks the overlay; the answer, or nothing when none came.
-  std::optional<std::string> Ask(HWND overlay) {
-    answer_.reset();
-    const LRESULT sent = ::SendMessageW(overlay, ::RegisterWindowMessageW(kOverlayPhraseQuery),
-                                        reinterpret_cast<WPARAM>(hwnd_), 0);
-    if (sent != 1) return std::nullopt;
-    return answer_;
-  }
-
- private:
-  static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
-    if (msg == WM_COPYDATA) {
-      const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-      if (data->dwData != kOverlayPhraseReply) return FALSE;
-      answer_ = std::string(static_cast<const char*>(data->lpData), data->cbData);
-      return TRUE;
-    }
-    return ::DefWindowProcA(hwnd, msg, wParam, lParam);
-  }
-  static inline std::optional<std::string> answer_;
-  HWND hwnd_ = nullptr;
-};
 
 class OverlayShell : public ::testing::Test {
  protected:
@@ -220,11 +181,10 @@ TEST_F(OverlayShell, WindowTextStaysEmptyAndThePhraseIsHadOnlyByAsking) {
   EXPECT_EQ(::InternalGetWindowText(Overlay(), text, 64), 0);
   EXPECT_EQ(text[0], L'\0');
 
-  PhraseReceiver receiver;
-  EXPECT_EQ(receiver.Ask(Overlay()), "A phrase for the eye only");
+  EXPECT_EQ(test::AskOverlayPhrase(Overlay()), "A phrase for the eye only");
   flasher.MessageList = PhraseList{{"Another"}};
   flasher.TimerFrequency_Timer();
-  EXPECT_EQ(receiver.Ask(Overlay()), "Another");
+  EXPECT_EQ(test::AskOverlayPhrase(Overlay()), "Another");
   EXPECT_EQ(::GetWindowTextLengthW(Overlay()), 0);
 
   // A query naming no window is not answered.

@@ -95,12 +95,6 @@ TEST(ScreenDrawingShell, EachShapeLeavesItsPixelsClearRemovesThemRefreshRestores
          return s.DrawPicture(c.left + 10, c.top + 10, "", nullptr, stretched.Get(), 40, 20, true);
        },
        800, 800},
-      // A quarter of the 60-pixel circle (707) and its two radii.
-      {"pie", RGB(128, 0, 255),
-       [](clsScreen& s, const RECT& c) {
-         return s.DrawPie(c.left + 20, c.top + 20, c.left + 80, c.top + 80, 90, false, 0, 0, 0, 0);
-       },
-       650, 820},
       // Half of 80 x 80, and its outline.
       {"polygon", RGB(0, 0, 128),
        [](clsScreen& s, const RECT& c) {
