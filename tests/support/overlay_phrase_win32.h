@@ -30,8 +30,9 @@ inline std::optional<std::string> AskOverlayPhrase(HWND overlay) {
     c.lpszClassName = L"QuillmereTestPhraseAnswer";
     return ::RegisterClassW(&c);
   }();
-  const HWND receiver = ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"",
-                                          0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, ::GetModuleHandleW(nullptr), nullptr);
+  const HWND receiver =
+      ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"", 0, 0, 0, 0, 0,
+                        HWND_MESSAGE, nullptr, ::GetModuleHandleW(nullptr), nullptr);
   if (!receiver) return std::nullopt;
   std::optional<std::string> answer;
   ::SetWindowLongPtrW(receiver, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&answer));

@@ -67,7 +67,8 @@ inline std::vector<COLORREF> CaptureScreen(const RECT& area) {
     ::BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY | CAPTUREBLT);
     ::GdiFlush();
     const auto* p = static_cast<const std::uint32_t*>(bits);  // 0x00RRGGBB
-    for (int i = 0; i < width * height; ++i) pixels.push_back(RGB((p[i] >> 16) & 0xFF, (p[i] >> 8) & 0xFF, p[i] & 0xFF));
+    for (int i = 0; i < width * height; ++i)
+      pixels.push_back(RGB((p[i] >> 16) & 0xFF, (p[i] >> 8) & 0xFF, p[i] & 0xFF));
     ::SelectObject(memory, old);
     ::DeleteObject(dib);
   }

@@ -563,10 +563,17 @@ TEST_F(IsButtonTest, CentredCaptionLiesInTheMiddleOfTheButton) {
 
 // --- Colours and captions --------------------------------------------------
 
-TEST(IsButtonArt, Style10HasItsFixedFaces) {
+TEST(IsButtonArt, Style10HasItsFixedFacesAndMirroredCaps) {
   EXPECT_EQ(Style10Pixel(GlossVariant::Normal, 30, 15, 65, 29), Rgb(232, 231, 234));
   EXPECT_EQ(Style10Pixel(GlossVariant::Hover, 18, 11, 65, 29), Rgb(106, 166, 226));
   EXPECT_EQ(Style10Pixel(GlossVariant::Pressed, 46, 20, 65, 29), Rgb(106, 155, 204));
+  // The rounded caps mirror each other at the two ends, whatever the width.
+  for (int x = 0; x < 12; ++x) {
+    EXPECT_EQ(Style10Pixel(GlossVariant::Normal, 200 - 1 - x, 0, 200, 40),
+              Style10Pixel(GlossVariant::Normal, x, 0, 200, 40));
+    EXPECT_EQ(Style10Pixel(GlossVariant::Hover, 93 - 1 - x, 0, 93, 29),
+              Style10Pixel(GlossVariant::Hover, x, 0, 93, 29));
+  }
 }
 
 TEST(IsButtonArt, GreyKeepsTheSixteenStepsAndWhiteAndRoundsHalvesToEven) {

@@ -72,7 +72,8 @@ TEST(CheckedListTest, ANewTextThatSortsWhereItStandsChangesTheRowInPlace) {
   EXPECT_EQ(list.SetItemText(1, "A"), 1);  // equal to the one before it
   EXPECT_EQ(list.SetItemText(1, "C"), 1);  // equal to the one after it
   EXPECT_EQ(Texts(list.Items()), "-a -C -c ");
-  EXPECT_EQ(notices.kinds, (std::vector<ListChange::Kind>{ListChange::Kind::Changed, ListChange::Kind::Changed}));
+  EXPECT_EQ(notices.kinds,
+            (std::vector<ListChange::Kind>{ListChange::Kind::Changed, ListChange::Kind::Changed}));
 }
 
 // A list box as the settings window keeps one: rebuilt only on Reset, and

@@ -164,8 +164,8 @@ TEST(ScreenColors, LetsKeepTheGivenValueOrRefuseIt) {
   EXPECT_EQ(screen.Colors(), (ScreenColors{0x8000000F, 0x000000FF, 0x80000005, 0x00B36A36}));
 
   using Let = void (ScreenModel::*)(OleColor);
-  for (Let set : {Let{&ScreenModel::BackColor_Scr}, Let{&ScreenModel::ForeColor_Scr}, Let{&ScreenModel::BackColor_Txt},
-                  Let{&ScreenModel::ForeColor_Txt}}) {
+  for (Let set : {Let{&ScreenModel::BackColor_Scr}, Let{&ScreenModel::ForeColor_Scr},
+                  Let{&ScreenModel::BackColor_Txt}, Let{&ScreenModel::ForeColor_Txt}}) {
     const RuntimeError e = Raised([&] { (screen.*set)(0x12345678); });
     EXPECT_EQ(e.Number(), -1);
     EXPECT_EQ(e.Description(), "Invalid Color Specified");

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -141,7 +141,8 @@ TEST(ScreenDrawingShell, EachShapeLeavesItsPixelsClearRemovesThemRefreshRestores
 
   ASSERT_TRUE(screen.Clear(false));
   for (std::size_t i = 0; i < shapes.size(); ++i) {
-    EXPECT_EQ(CountScreenColour(Cell(static_cast<int>(i)), shapes[i].colour), 0) << shapes[i].what << " cleared";
+    EXPECT_EQ(CountScreenColour(Cell(static_cast<int>(i)), shapes[i].colour), 0)
+        << shapes[i].what << " cleared";
   }
   EXPECT_EQ(screen.History().Count(), shapes.size()) << "Clear(false) keeps the history";
 

@@ -128,13 +128,15 @@ HWND FindTrayIconWindow() {
 TEST_F(TrayWin32Test, TheSystemsTrayShowsTheIcon) {
   clsTray tray;
   ASSERT_TRUE(tray.ShowIcon(owner, ""));
-  EXPECT_TRUE(test::WaitUntil([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }, 2000));
+  EXPECT_TRUE(
+      test::WaitUntil([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }, 2000));
 
   owner.icon = LoadTrayIcon(IDI_TRAY_STOPPED);
   EXPECT_TRUE(tray.ChangeToolTip(owner, "Subliminal Message are OFF."));
 
   EXPECT_TRUE(tray.RemoveIcon(owner));
-  EXPECT_TRUE(test::WaitUntil([] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }, 2000));
+  EXPECT_TRUE(test::WaitUntil(
+      [] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }, 2000));
 }
 
 // What the test saw while the menu's loop ran, from a timer of the owner.
