@@ -3,7 +3,7 @@
 SHELL := /bin/bash
 .DEFAULT_GOAL := test
 
-.PHONY: bootstrap test build run dist bench format clean
+.PHONY: bootstrap test check build run dist bench format clean
 
 bootstrap:
 	@scripts/bootstrap
@@ -13,6 +13,10 @@ test: bootstrap
 
 build: bootstrap
 	@for p in native i686 x64; do cmake --preset $$p >/dev/null && cmake --build --preset $$p || exit 1; done
+
+# The portable core's tests alone, natively: the quick loop while working.
+check: bootstrap
+	@cmake --preset native >/dev/null && cmake --build --preset native && ctest --preset native
 
 run: bootstrap
 	@scripts/run

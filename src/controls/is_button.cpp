@@ -114,10 +114,12 @@ ButtonRect CaptionRect(int align, int w, int h, const ButtonRect& m, int margin,
   const int mh = m.Height();
   const int beside = hasIcon && iconAlign == align ? iconSize + margin : 0;
   ButtonRect r;
+  // The far edges follow from the near ones: two halves rounded apart
+  // would take a pixel off the measured size and break the caption.
   r.left = HalfRoundedHalfEven(w - mw);
-  r.right = HalfRoundedHalfEven(w + mw);
+  r.right = r.left + mw;
   r.top = HalfRoundedHalfEven(h - mh);
-  r.bottom = HalfRoundedHalfEven(h + mh);
+  r.bottom = r.top + mh;
   switch (align) {
     case kAlignLeft:
       r.left = margin + beside;

@@ -11,6 +11,7 @@
 
 #include "platform/twips.h"
 #include "platform/system_dll_win32.h"
+#include "platform/window_dpi_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -231,11 +232,8 @@ bool isButtonWindow::CreateWindowOnly(HWND parent, const TwipBounds& b, int id) 
   releasingCapture_ = false;
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES};
   ::InitCommonControlsEx(&icc);
-  {
-    WindowDC screen(nullptr);
-    dpiX_ = ::GetDeviceCaps(screen.Get(), LOGPIXELSX);
-    dpiY_ = ::GetDeviceCaps(screen.Get(), LOGPIXELSY);
-  }
+  // The button is drawn at its container's dots per inch.
+  dpiX_ = dpiY_ = WindowDpi(parent);
   font_ = MakeFont(fontSpec_, dpiY_);
   CreateArgs args;
   args.className = kClassName;
@@ -276,6 +274,13 @@ void isButtonWindow::SetBounds(const TwipBounds& b) {
   if (!Hwnd()) return;
   ::MoveWindow(Hwnd(), TwipsToPixels(b.left, dpiX_), TwipsToPixels(b.top, dpiY_),
                TwipsToPixels(b.width, dpiX_), TwipsToPixels(b.height, dpiY_), TRUE);
+}
+
+void isButtonWindow::SetDpi(int dpi, const TwipBounds& b) {
+  dpiX_ = dpiY_ = UsableDpi(dpi);
+  if (Font made = MakeFont(fontSpec_, dpiY_)) font_ = std::move(made);
+  SetBounds(b);
+  if (Hwnd()) ::InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void isButtonWindow::About() {

@@ -86,6 +86,9 @@ class isButtonWindow final : public Window, private ButtonSurface {
 
   // Moves and sizes the button (twips); it lays itself out again.
   void SetBounds(const TwipBounds& bounds);
+  // Takes the container's new dots per inch: the caption's font is made
+  // anew and the button placed at `bounds` (twips) in the new measure.
+  void SetDpi(int dpi, const TwipBounds& bounds);
   // The container delivered the caption's access key.
   void AccessKeyPress() { model_.AccessKeyPress(); }
   // A small box with the control's name and version.

@@ -6,6 +6,7 @@
 
 #include "controls/tab_menu_res.h"
 #include "platform/screen_win32.h"
+#include "platform/window_dpi_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -112,6 +113,21 @@ class TabMenuWindow::ElementWindow : public Window {
 
   const TabElement& Element() const { return element_; }
 
+  // Brings the window in line with the model: place, visibility, looks.
+  void Sync() {
+    if (!Hwnd()) return;
+    const RECT r = bar_.ToPixels(element_.Bounds());
+    RECT now{};
+    ::GetWindowRect(Hwnd(), &now);
+    ::MapWindowPoints(HWND_DESKTOP, bar_.Hwnd(), reinterpret_cast<POINT*>(&now), 2);
+    if (!::EqualRect(&now, &r))
+      ::SetWindowPos(Hwnd(), nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    if (element_.Visible() != (::IsWindowVisible(Hwnd()) != FALSE))
+      ::ShowWindow(Hwnd(), element_.Visible() ? SW_SHOWNA : SW_HIDE);
+    ::InvalidateRect(Hwnd(), nullptr, FALSE);
+  }
+
  protected:
   LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override {
     switch (msg) {
@@ -154,21 +170,6 @@ class TabMenuWindow::ElementWindow : public Window {
                          bar_.TwipsFromPixelsY(GET_Y_LPARAM(lParam)));
   }
 
-  // Brings the window in line with the model: place, visibility, looks.
-  void Sync() {
-    if (!Hwnd()) return;
-    const RECT r = bar_.ToPixels(element_.Bounds());
-    RECT now{};
-    ::GetWindowRect(Hwnd(), &now);
-    ::MapWindowPoints(HWND_DESKTOP, bar_.Hwnd(), reinterpret_cast<POINT*>(&now), 2);
-    if (!::EqualRect(&now, &r))
-      ::SetWindowPos(Hwnd(), nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top,
-                     SWP_NOZORDER | SWP_NOACTIVATE);
-    if (element_.Visible() != (::IsWindowVisible(Hwnd()) != FALSE))
-      ::ShowWindow(Hwnd(), element_.Visible() ? SW_SHOWNA : SW_HIDE);
-    ::InvalidateRect(Hwnd(), nullptr, FALSE);
-  }
-
   void Paint(HDC dc) const {
     const TabPictures& pictures = bar_.Pictures();
     DrawStretched(dc, pictures.strip.Get(), bar_.ToPixels(element_.ImgBG()));
@@ -201,17 +202,22 @@ TabMenuWindow::~TabMenuWindow() {
   elements_.clear();
 }
 
-bool TabMenuWindow::Create(HWND parent, int left, int top, int width, int id) {
-  const Dpi dpi = ScreenLogicalDpi();
-  dpiX_ = dpi.x;
-  dpiY_ = dpi.y;
-  pictures_ = TabPictures::Load();
+void TabMenuWindow::MakeCaptionFont() {
   LOGFONTA lf{};
   lf.lfHeight = -::MulDiv(kCaptionHundredthsOfPoint, dpiY_, 7200);
   lf.lfWeight = FW_NORMAL;
   lf.lfCharSet = DEFAULT_CHARSET;
   lstrcpynA(lf.lfFaceName, kCaptionFace, LF_FACESIZE);
   captionFont_.Reset(::CreateFontIndirectA(&lf));
+}
+
+bool TabMenuWindow::Create(HWND parent, int left, int top, int width, int id) {
+  // The bar is drawn at its parent's dots per inch.
+  dpiX_ = dpiY_ = WindowDpi(parent);
+  left_ = left;
+  top_ = top;
+  pictures_ = TabPictures::Load();
+  MakeCaptionFont();
 
   model_.Resize(width);
   CreateArgs args;
@@ -239,6 +245,17 @@ void TabMenuWindow::Resize(int width) {
   ::SetWindowPos(Hwnd(), nullptr, 0, 0, r.right - r.left, r.bottom - r.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   ::InvalidateRect(Hwnd(), nullptr, FALSE);  // the strip is stretched anew
+}
+
+void TabMenuWindow::SetDpi(int dpi) {
+  dpiX_ = dpiY_ = UsableDpi(dpi);
+  MakeCaptionFont();
+  if (!Hwnd()) return;
+  const RECT r = ToPixels({left_, top_, model_.Width(), model_.Height()});
+  ::SetWindowPos(Hwnd(), nullptr, r.left, r.top, r.right - r.left, r.bottom - r.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+  for (const auto& element : elements_) element->Sync();
+  ::InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void TabMenuWindow::Attach(TabElement& element) {

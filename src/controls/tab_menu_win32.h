@@ -53,6 +53,9 @@ class TabMenuWindow : public Window {
   bool Create(HWND parent, int left, int top, int width, int id = 0);
   // Gives the bar a new width (twips).
   void Resize(int width);
+  // Lays the bar and its elements out again at the parent's new dots per
+  // inch, with its caption font made anew.
+  void SetDpi(int dpi);
 
   TabMenu& Model() { return model_; }
   const TabMenu& Model() const { return model_; }
@@ -76,11 +79,14 @@ class TabMenuWindow : public Window {
  private:
   class ElementWindow;
   void Attach(TabElement& element);
+  void MakeCaptionFont();
   HWND FindHwnd(bool tab, std::int16_t index) const;
 
   TabMenu model_;
   int dpiX_ = 96;
   int dpiY_ = 96;
+  int left_ = 0;  // the bar's top left corner in its parent (twips)
+  int top_ = 0;
   TabPictures pictures_;
   Font captionFont_;
   std::vector<std::unique_ptr<ElementWindow>> elements_;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "display/flash_guard.h"
 #include "platform/rounding.h"
 #include "platform/twips.h"
 
@@ -64,6 +65,7 @@ frmMessage::frmMessage(OverlayView& view, Timer& timerFrequency, Timer& timerDis
 frmMessage::~frmMessage() {
   timerFrequency_.SetTick({});
   timerDisplayLength_.SetTick({});
+  if (frameWait_) frameWait_->SetTick({});
 }
 
 void frmMessage::Form_Load(const ScreenMetrics& screen, unsigned secondsSinceMidnight) {
@@ -76,6 +78,8 @@ void frmMessage::Form_Load(const ScreenMetrics& screen, unsigned secondsSinceMid
 }
 
 void frmMessage::Begin() {
+  // A start or a resume hides whatever the label holds at once.
+  if (!bStopped) EndFrameWait();
   TimerDisplayLength_Timer();
 }
 
@@ -86,7 +90,7 @@ int frmMessage::RndNum(int upperBound, int lowerBound) {
 }
 
 void frmMessage::TimerFrequency_Timer() {
-  if (bStopped) return;
+  if (bStopped || Quiet()) return;
   timerFrequency_.SetEnabled(false);
 
   ++messageIndex_;
@@ -114,13 +118,60 @@ void frmMessage::TimerFrequency_Timer() {
     timerDisplayLength_.SetEnabled(true);
   }
   view_.Refresh();
+  // The phrase is painted: what the compositor had presented by now cannot
+  // hold it yet.
+  EndFrameWait();
+  if (timerDisplayLength_.Enabled() && frameClock_ && frameWait_) frameMark_ = frameClock_->PresentedFrames();
 }
 
 void frmMessage::TimerDisplayLength_Timer() {
   if (bStopped) return;
+  if (WaitingForFrame()) return;  // the frame wait asks meanwhile
+  if (!PhraseMayGo()) {
+    frameWait_->SetEnabled(true);
+    return;
+  }
+  HidePhrase();
+}
+
+void frmMessage::HidePhrase() {
+  EndFrameWait();
   timerDisplayLength_.SetEnabled(false);
   view_.SetLabelVisible(false);
   timerFrequency_.SetEnabled(true);
+}
+
+void frmMessage::WaitForFrames(const FrameClock* clock, Timer* frameWait) {
+  EndFrameWait();
+  if (frameWait_) frameWait_->SetTick({});
+  frameClock_ = clock;
+  frameWait_ = frameWait;
+  if (frameWait_) frameWait_->SetTick([this] { FrameWait_Timer(); });
+}
+
+bool frmMessage::PhraseMayGo() {
+  if (!frameMark_ || !frameClock_) return true;
+  if (PhraseSeen(frameMark_, frameClock_->PresentedFrames())) return true;
+  return ++frameChecks_ > kMaxFrameChecks;
+}
+
+void frmMessage::FrameWait_Timer() {
+  // While stopped nothing is asked; the display tick asks again on resume.
+  if (bStopped) {
+    frameWait_->SetEnabled(false);
+    return;
+  }
+  if (PhraseMayGo()) HidePhrase();
+}
+
+void frmMessage::EndFrameWait() {
+  frameMark_.reset();
+  frameChecks_ = 0;
+  if (frameWait_) frameWait_->SetEnabled(false);
+}
+
+bool frmMessage::Quiet() const {
+  return attention_ && StaysQuiet(*attention_);
 }
 
 void frmMessage::SetLabelFont(const FontSpec& font) {

@@ -10,14 +10,17 @@
 // a recording double in tests); time comes in through the two Timer ports.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/font_spec.h"
+#include "platform/frame_clock.h"
 #include "platform/ole_color.h"
 #include "platform/timer.h"
+#include "platform/user_attention.h"
 
 namespace qm {
 
@@ -150,6 +153,26 @@ class frmMessage {
   void TimerFrequency_Timer();
   void TimerDisplayLength_Timer();
 
+  // Every phrase seen: with a frame clock, the display tick leaves a raised
+  // phrase up until the compositor has presented a frame holding it, and
+  // meanwhile asks again at every tick of `frameWait` (a short period),
+  // kMaxFrameChecks times at most, so a compositor that stops presenting
+  // cannot keep a phrase up for good. Without a clock, or where it tells
+  // nothing, a phrase goes at the time asked. The clock and the timer must
+  // outlive the flasher.
+  static constexpr int kMaxFrameChecks = 250;
+  void WaitForFrames(const FrameClock* clock, Timer* frameWait);
+  // True while the phrase on the screen waits for a frame that shows it.
+  bool WaitingForFrame() const { return frameWait_ && frameWait_->Enabled(); }
+
+  // Never in the way: while StaysQuiet says so, an interval tick shows
+  // nothing and comes again one period later (the interval timer stays
+  // enabled), as while stopped. Run control's watchdog also pauses the
+  // whole display then. Without an attention port the flasher is never
+  // quiet. The port must outlive the flasher.
+  void HeedUser(const UserAttention* attention) { attention_ = attention; }
+  bool Quiet() const;
+
   Timer& TimerFrequency() { return timerFrequency_; }
   Timer& TimerDisplayLength() { return timerDisplayLength_; }
 
@@ -183,6 +206,21 @@ class frmMessage {
   int screenHeight_ = 0;
   FontSpec labelFont_{};
   OleColor labelColor_ = kLightGrey;
+
+  // Whether the raised phrase may go now; counts the checks made.
+  bool PhraseMayGo();
+  void FrameWait_Timer();
+  // The display tick's own work: the label hidden, the interval timer armed.
+  void HidePhrase();
+  void EndFrameWait();
+
+  const FrameClock* frameClock_ = nullptr;
+  Timer* frameWait_ = nullptr;
+  // The frames presented when the raised phrase was painted; nothing when
+  // no raised phrase waits to be seen.
+  std::optional<std::uint64_t> frameMark_;
+  int frameChecks_ = 0;
+  const UserAttention* attention_ = nullptr;
 };
 
 }  // namespace qm

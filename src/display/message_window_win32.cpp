@@ -35,13 +35,17 @@ unsigned SecondsSinceMidnight() {
 MessageWindow::MessageWindow(const FlasherHost& host, MessageLoop& loop)
     : screen_(CreateScreen()),
       timerDisplayLength_(loop, kDefaultDisplayLength),
+      frameWait_(loop, kFrameCheck),
       form_(overlay_, timerFrequency_, timerDisplayLength_, random_, host) {
+  form_.WaitForFrames(&frames_, &frameWait_);
+  form_.HeedUser(&attention_);
   form_.Form_Load(ReadMetrics(screen_.get()), SecondsSinceMidnight());
 }
 
 MessageWindow::~MessageWindow() {
   timerFrequency_.SetEnabled(false);
   timerDisplayLength_.SetEnabled(false);
+  frameWait_.SetEnabled(false);
   overlay_.Destroy();
   screen_.reset();  // repaints the desktop, now without the overlay
 }

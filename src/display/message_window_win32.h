@@ -8,14 +8,20 @@
 // the display timer 1 millisecond (what the timing panel's wheels show
 // before settings are applied). Both timers start disabled; Begin starts
 // the cycle.
+//
+// The flasher keeps each raised phrase up until the compositor has shown it
+// (asking again every kFrameCheck meanwhile), and shows none while the user
+// is busy with the whole screen.
 #pragma once
 
 #include <chrono>
 #include <memory>
 
+#include "display/compositor_win32.h"
 #include "display/lcg_random.h"
 #include "display/message_flasher.h"
 #include "display/overlay_window_win32.h"
+#include "display/user_attention_win32.h"
 #include "platform/message_loop_win32.h"
 #include "platform/screen_win32.h"
 #include "platform/timer_win32.h"
@@ -26,6 +32,7 @@ class MessageWindow {
  public:
   static constexpr std::chrono::milliseconds kDefaultFrequency{1000};
   static constexpr std::chrono::milliseconds kDefaultDisplayLength{1};
+  static constexpr std::chrono::milliseconds kFrameCheck{1};
 
   // The host answers whether the settings window is shown and the tray
   // menu open; it and the loop must outlive this object. The screen
@@ -45,6 +52,9 @@ class MessageWindow {
   OverlayWindow overlay_;
   WindowTimer timerFrequency_{kDefaultFrequency};
   PreciseTimer timerDisplayLength_;
+  CompositorClock frames_;
+  PreciseTimer frameWait_;
+  ShellAttention attention_;
   frmMessage form_;
 };
 

@@ -6,6 +6,7 @@
 #include "display/overlay_query_win32.h"
 #include "display/overlay_routines_win32.h"
 #include "platform/screen_win32.h"
+#include "platform/window_dpi_win32.h"
 
 namespace qm::win32 {
 namespace {
@@ -61,7 +62,10 @@ void OverlayWindow::SetLabelVisible(bool visible) {
 }
 
 void OverlayWindow::SetLabelFont(const FontSpec& font) {
-  const int height = font.size > 0 ? -static_cast<int>(std::lround(font.size * dpi_.y / 72.0)) : 0;
+  // A point means the same on every monitor: the font is made for the dpi
+  // of the monitor the overlay shows on (the primary screen).
+  const int dpiY = Hwnd() ? WindowDpi(Hwnd()) : dpi_.y;
+  const int height = font.size > 0 ? -static_cast<int>(std::lround(font.size * dpiY / 72.0)) : 0;
   win32::Font made(::CreateFontA(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, font.italic,
                                  font.underline, font.strikethrough, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                                  CLIP_DEFAULT_PRECIS, NONANTIALIASED_QUALITY, DEFAULT_PITCH | FF_DONTCARE,

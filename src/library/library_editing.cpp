@@ -98,6 +98,7 @@ void LibraryEditing::OnListChanged(const CheckedList&, const ListChange& change)
 bool LibraryEditing::Tell(std::string_view text, PromptIcon icon) {
   // Category names are Windows-1252; the boxes take UTF-8.
   prompts_.Show(AnsiToUtf8(text), icon, PromptButtons::Ok);
+  ++shownCount_;
   return false;
 }
 
@@ -122,10 +123,14 @@ void LibraryEditing::AddCategory(std::string& remembered) {
     // Nothing is listed that has no file behind it.
     lstMessageCategories.RemoveItem(lstMessageCategories.Find(name));
     remembered.clear();
-    Tell("The category " + Quoted(name) +
-             " could not be created: its file could not be written in the Lists folder of the "
-             "program folder.",
-         PromptIcon::Critical);
+    // Say which: the folder, which something else may be in the way of,
+    // or the file.
+    const std::string why =
+        files_.MakeFolder(library_.ListsPath())
+            ? "its file could not be written in the Lists folder of the program folder."
+            : "the folder \"Lists\" could not be made in the program folder (a file of that name may be "
+              "in the way, or the folder may not allow new files).";
+    Tell("The category " + Quoted(name) + " could not be created: " + why, PromptIcon::Critical);
   }
 }
 
@@ -169,11 +174,13 @@ void LibraryEditing::cmdAddCat_Click() {
   }
   std::string remembered;
   const int k = CategoryEditIndex();
+  const std::size_t told = shownCount_;
   if (k < 0 || k >= lstMessageCategories.ListCount())
     AddCategory(remembered);
   else
     RenameCategory(k, remembered);
-  library_.SaveCheckedCategories();
+  // One message for one command: a failure told already covers the marks.
+  if (!library_.SaveCheckedCategories() && shownCount_ == told) library_.TellMarksNotSaved();
   if (!remembered.empty()) SelectCategory(remembered);
   txtEditCat.clear();
   Focus(Box::Category);
@@ -206,7 +213,7 @@ void LibraryEditing::cmdDeleteCat_Click() {
   }
   lstMessageCategories.RemoveItem(selected);
   lstMessageCategories.SetTag("-1");
-  library_.SaveCheckedCategories();
+  if (!library_.SaveCheckedCategories()) library_.TellMarksNotSaved();
   Focus(Box::Category);
 }
 

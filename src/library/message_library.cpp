@@ -180,7 +180,9 @@ bool MessageLibrary::SaveCheckedCategories() {
   for (int attempt = 0; attempt < kStateWriteAttempts && !written; ++attempt) {
     events_.DoEvents();
     if (lstMessageCategories.ListCount() == 0) return true;
-    written = files_.WriteAll(path, MarkedText(lstMessageCategories));
+    const std::string text = MarkedText(lstMessageCategories);
+    const bool last = attempt + 1 == kStateWriteAttempts;
+    written = last ? files_.WriteAll(path, text) : files_.TryWriteAll(path, text);
   }
   // The events may have added or removed categories: the remembered
   // position is highlighted again only while it names the same category.
@@ -188,6 +190,20 @@ bool MessageLibrary::SaveCheckedCategories() {
       lstMessageCategories.ItemText(highlighted) == highlightedName)
     lstMessageCategories.SetListIndex(highlighted);
   return written;
+}
+
+void MessageLibrary::TellMarksNotSaved() {
+  // A file that could not be read is told about once.
+  if (stateUnreadable_ && toldUnreadable_) return;
+  toldUnreadable_ = stateUnreadable_;
+  const std::string path = CategoryStatePath(programFolder_);
+  const std::string text =
+      stateUnreadable_
+          ? "The checked categories could not be read from the file " + path +
+                " when Quillmere started, so their marks are not saved; the file is kept as it is."
+          : "The checked categories could not be saved to the file " + path +
+                ". The marks saved before are kept.";
+  prompts_.Show(text, PromptIcon::Critical, PromptButtons::Ok);
 }
 
 std::string MessageLibrary::SelectedCategory() const {

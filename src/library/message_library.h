@@ -116,19 +116,33 @@ class MessageLibrary {
   SaveResult SavePhrases();
   // Writes the category-state file from lstMessageCategories, with up to
   // 101 attempts, letting pending window events run before each; gives up
-  // silently. An empty list writes nothing (the file keeps its content), and
-  // neither does a list whose marks could not be read from the file at
-  // loading (the file keeps its own). Returns false when the list's marks
-  // could not be saved.
+  // silently. Only the last attempt waits for a file another program holds
+  // open, so a held file costs about a second, not one for each attempt.
+  // An empty list writes nothing (the file keeps its content), and neither
+  // does a list whose marks could not be read from the file at loading (the
+  // file keeps its own). Returns false when the list's marks could not be
+  // saved.
   bool SaveCheckedCategories();
 
-  // The user changed a category's mark (the list holds it already).
-  bool lstMessageCategories_ItemCheck() { return SaveCheckedCategories(); }
+  // Tells the user, with the stop icon, that the categories' marks were
+  // not saved and "\_._" was left as it was (or, when it could not be read
+  // at loading, that it is kept as it is: that, once).
+  void TellMarksNotSaved();
+
+  // The user changed a category's mark (the list holds it already); a
+  // failure is told.
+  bool lstMessageCategories_ItemCheck() {
+    if (SaveCheckedCategories()) return true;
+    TellMarksNotSaved();
+    return false;
+  }
   // The user changed a phrase's mark (the list holds it already).
   SaveResult lstPhrases_ItemCheck() { return SavePhrases(); }
 
   // The highlighted category's name, empty when none is highlighted.
   std::string SelectedCategory() const;
+  // The "Lists" folder: programFolder "\Lists".
+  std::string ListsPath() const { return ListsFolderPath(programFolder_); }
   // The category's file: programFolder "\Lists\" name ".lst".
   std::string CategoryPath(std::string_view name) const;
   // Creates the category's file, empty, and the "Lists" folder when it is
@@ -149,6 +163,7 @@ class MessageLibrary {
   // The category whose file could not be read when last loaded.
   std::optional<std::string> unreadableCategory_;
   bool stateUnreadable_ = false;
+  bool toldUnreadable_ = false;
 };
 
 }  // namespace qm

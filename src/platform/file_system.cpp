@@ -24,6 +24,33 @@ std::optional<unsigned long> TakeNumber(std::string_view& text) {
 
 }  // namespace
 
+bool WriteAtomically(WriteSteps& steps, const std::string& path, std::string_view bytes) {
+  if (steps.Inspect(path) == WriteSteps::Target::Refused) return false;
+  const auto separator = path.find_last_of("\\/");
+  const std::string folder = separator == std::string::npos ? "." : path.substr(0, separator);
+  const unsigned long pid = CurrentProcessId();
+  std::string temp;
+  WriteSteps::Handle file{};
+  WriteSteps::Created created = WriteSteps::Created::NameTaken;
+  // A name left by a run that ended during a write: take the next one.
+  for (int n = 1; created == WriteSteps::Created::NameTaken && n <= kTemporaryNameTries; ++n) {
+    temp = folder + "\\" + TemporaryFileName(pid, n);
+    created = steps.Create(temp, file);
+  }
+  if (created != WriteSteps::Created::Made) return false;
+  bool ok = true;
+  for (std::string_view left = bytes; ok && !left.empty();) {
+    const std::size_t wrote = steps.Write(file, left);
+    ok = wrote > 0 && wrote <= left.size();
+    if (ok) left.remove_prefix(wrote);
+  }
+  ok = ok && steps.Flush(file);
+  ok = steps.Close(file) && ok;
+  ok = ok && steps.Replace(temp, path);
+  if (!ok) steps.Delete(temp);
+  return ok;
+}
+
 std::string TemporaryFileName(unsigned long processId, int n) {
   std::string name(kTemporaryPrefix);
   name += std::to_string(processId);

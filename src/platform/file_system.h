@@ -22,6 +22,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,6 +45,10 @@ class FileSystem {
   // bits). A read-only target or a folder is refused. On failure the target
   // is left exactly as it was and the temporary file removed.
   virtual bool WriteAll(const std::string& path, std::string_view bytes) = 0;
+  // WriteAll in one try: a file another program holds open is not waited
+  // for. For callers that try again themselves. (Implementations that never
+  // wait keep this default.)
+  virtual bool TryWriteAll(const std::string& path, std::string_view bytes) { return WriteAll(path, bytes); }
 
   // True for an ordinary file; folders, hidden and system files count as
   // not found.
@@ -93,6 +98,47 @@ std::optional<unsigned long> TemporaryFileOwner(std::string_view name);
 
 // The machine's own file system (POSIX natively, Win32 on Windows).
 FileSystem& SystemFileSystem();
+
+// The raw steps of one atomic write, as the machine offers them. Each
+// implementation of the file system provides them and WriteAtomically puts
+// them together, so that the sequence is the same everywhere and any step
+// can be made to fail in a test. Paths are UTF-8, as above.
+class WriteSteps {
+ public:
+  using Handle = std::intptr_t;
+  enum class Target {
+    Missing,      // nothing at the path
+    Replaceable,  // an ordinary file that may be replaced
+    Refused,      // a folder or a read-only file: never replaced
+  };
+  enum class Created { Made, NameTaken, Failed };
+
+  virtual ~WriteSteps() = default;
+  virtual Target Inspect(const std::string& path) = 0;
+  // Creates a new, empty file for writing, only where nothing is.
+  virtual Created Create(const std::string& path, Handle& file) = 0;
+  // Writes the bytes or some of them: how many, 0 on failure.
+  virtual std::size_t Write(Handle file, std::string_view bytes) = 0;
+  // Puts what was written on the disk.
+  virtual bool Flush(Handle file) = 0;
+  virtual bool Close(Handle file) = 0;
+  // Moves the file over the target with one rename, so the target holds
+  // its old or its new content at every moment. An existing target's marks
+  // (hidden, system; permission bits) are given to the file first.
+  virtual bool Replace(const std::string& file, const std::string& target) = 0;
+  virtual bool Delete(const std::string& path) = 0;
+};
+
+// The machine's own steps, waiting about a second for a file another
+// program holds open (kBusyRetries, kBusyPause).
+WriteSteps& SystemWriteSteps();
+
+// Replaces the file's whole content: a temporary file beside it
+// (TemporaryFileName, another number while a name is taken), the bytes
+// written, flushed and closed, then one Replace. A refused target is not
+// touched; on any failure the temporary file is deleted and the target is
+// as it was.
+bool WriteAtomically(WriteSteps& steps, const std::string& path, std::string_view bytes);
 
 // The program folder's path followed by a relative part beginning with "\".
 inline std::string ProgramPath(std::string_view programFolder, std::string_view relative) {

@@ -114,26 +114,58 @@ bool IsRegular(const std::string& posixPath) {
   return ::stat(posixPath.c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
 
-bool WriteFully(int fd, std::string_view bytes) {
-  const char* p = bytes.data();
-  std::size_t left = bytes.size();
-  while (left > 0) {
-    const ssize_t n = ::write(fd, p, left);
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    p += n;
-    left -= static_cast<std::size_t>(n);
-  }
-  return true;
-}
-
 std::string FolderOf(const std::string& posixPath) {
   const auto slash = posixPath.rfind('/');
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : posixPath.substr(0, slash);
 }
+
+// The steps of a write. Paths are resolved at each step, so a folder named
+// in another case is found.
+class PosixWriteSteps final : public WriteSteps {
+ public:
+  Target Inspect(const std::string& path) override {
+    struct stat st;
+    if (::lstat(Resolve(path).c_str(), &st) != 0) return Target::Missing;
+    // Like Windows: a folder or a read-only file is not replaced.
+    return S_ISREG(st.st_mode) && (st.st_mode & 0222) != 0 ? Target::Replaceable : Target::Refused;
+  }
+
+  Created Create(const std::string& path, Handle& file) override {
+    const int fd = ::open(Resolve(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    if (fd < 0) return errno == EEXIST ? Created::NameTaken : Created::Failed;
+    file = fd;
+    return Created::Made;
+  }
+
+  std::size_t Write(Handle file, std::string_view bytes) override {
+    for (;;) {
+      const ssize_t n = ::write(static_cast<int>(file), bytes.data(), bytes.size());
+      if (n >= 0) return static_cast<std::size_t>(n);
+      if (errno != EINTR) return 0;
+    }
+  }
+
+  bool Flush(Handle file) override { return ::fsync(static_cast<int>(file)) == 0; }
+  bool Close(Handle file) override { return ::close(static_cast<int>(file)) == 0; }
+
+  bool Replace(const std::string& file, const std::string& target) override {
+    const std::string from = Resolve(file);
+    const std::string to = Resolve(target);
+    // The replaced file's permission bits stay as the user set them.
+    struct stat st;
+    if (::lstat(to.c_str(), &st) == 0 && ::chmod(from.c_str(), st.st_mode & 07777) != 0) return false;
+    if (::rename(from.c_str(), to.c_str()) != 0) return false;
+    const int dirfd = ::open(FolderOf(to).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dirfd >= 0) {
+      ::fsync(dirfd);
+      ::close(dirfd);
+    }
+    return true;
+  }
+
+  bool Delete(const std::string& path) override { return ::unlink(Resolve(path).c_str()) == 0; }
+};
 
 class PosixFileSystem final : public FileSystem {
  public:
@@ -165,36 +197,7 @@ class PosixFileSystem final : public FileSystem {
   }
 
   bool WriteAll(const std::string& path, std::string_view bytes) override {
-    const std::string target = Resolve(path);
-    struct stat st;
-    const bool exists = ::lstat(target.c_str(), &st) == 0;
-    // Like Windows: a folder or a read-only file is not replaced.
-    if (exists && (!S_ISREG(st.st_mode) || (st.st_mode & 0222) == 0)) return false;
-    const std::string folder = FolderOf(target);
-    std::string temp;
-    int fd = -1;
-    // A name left by a run that ended during a write: take the next one.
-    for (int n = 1; fd < 0 && n <= kTemporaryNameTries; ++n) {
-      temp = folder + "/" + TemporaryFileName(static_cast<unsigned long>(::getpid()), n);
-      fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-      if (fd < 0 && errno != EEXIST) return false;
-    }
-    if (fd < 0) return false;
-    // The replaced file's permission bits stay as the user set them.
-    bool ok = !exists || ::fchmod(fd, st.st_mode & 07777) == 0;
-    ok = ok && WriteFully(fd, bytes) && ::fsync(fd) == 0;
-    ok = (::close(fd) == 0) && ok;
-    if (ok) ok = ::rename(temp.c_str(), target.c_str()) == 0;
-    if (!ok) {
-      ::unlink(temp.c_str());
-      return false;
-    }
-    const int dirfd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dirfd >= 0) {
-      ::fsync(dirfd);
-      ::close(dirfd);
-    }
-    return true;
+    return WriteAtomically(SystemWriteSteps(), path, bytes);
   }
 
   bool Occupied(const std::string& path) override {
@@ -264,6 +267,11 @@ unsigned long CurrentProcessId() { return static_cast<unsigned long>(::getpid())
 FileSystem& SystemFileSystem() {
   static PosixFileSystem fs;
   return fs;
+}
+
+WriteSteps& SystemWriteSteps() {
+  static PosixWriteSteps steps;
+  return steps;
 }
 
 }  // namespace qm

@@ -21,9 +21,24 @@ using win32::KernelHandle;
 using win32::NarrowStrict;
 using win32::WidenStrict;
 
-std::wstring FolderOf(const std::wstring& path) {
-  const auto sep = path.find_last_of(L"\\/");
-  return sep == std::wstring::npos ? std::wstring(L".") : path.substr(0, sep);
+// Paths from this length on take the long form: CreateDirectory refuses
+// longer ones without it (room for an 8.3 name), other calls MAX_PATH.
+constexpr std::size_t kLongPath = MAX_PATH - 12;
+
+// The wide path for the system's calls. A long one is made absolute and
+// normalised (backslashes, no "." or ".." parts) and given the "\\?\"
+// prefix ("\\?\UNC\" for a share), which lifts the MAX_PATH limit.
+std::optional<std::wstring> NativePath(std::string_view utf8) {
+  std::optional<std::wstring> wide = WidenStrict(utf8);
+  if (!wide || wide->size() < kLongPath || wide->starts_with(L"\\\\?\\")) return wide;
+  const DWORD size = ::GetFullPathNameW(wide->c_str(), 0, nullptr, nullptr);
+  if (size == 0) return wide;
+  std::wstring full(size, L'\0');
+  const DWORD length = ::GetFullPathNameW(wide->c_str(), size, full.data(), nullptr);
+  if (length == 0 || length >= size) return wide;
+  full.resize(length);
+  if (full.starts_with(L"\\\\")) return L"\\\\?\\UNC\\" + full.substr(2);
+  return L"\\\\?\\" + full;
 }
 
 bool IsOrdinaryFile(DWORD attributes) {
@@ -56,49 +71,13 @@ DWORD Attributes(const std::wstring& path) {
   return ::GetFileAttributesW(path.c_str());
 }
 
-bool WriteFully(HANDLE file, std::string_view bytes) {
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    // Pieces below 4 GiB; one WriteFile counts in a DWORD.
-    const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - done, 1u << 30));
-    DWORD wrote = 0;
-    if (!::WriteFile(file, bytes.data() + done, piece, &wrote, nullptr) || wrote == 0) return false;
-    done += wrote;
-  }
-  return true;
-}
-
-// Makes a new temporary file in the folder, trying the next name while a
-// name is taken (a leftover of a run that ended during a write).
-FileHandle CreateTemporary(const std::wstring& folder, std::wstring& name) {
-  const unsigned long pid = ::GetCurrentProcessId();
-  for (int n = 1; n <= kTemporaryNameTries; ++n) {
-    name = folder + L"\\" + *WidenStrict(TemporaryFileName(pid, n));
-    FileHandle file;
-    const bool made = RetryWhileBusy(
-        [&] {
-          file.Reset(::CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
-                                   nullptr));
-          return file.Valid();
-        },
-        // A taken name that is being deleted: not worth waiting for.
-        [&](DWORD error) { return error != ERROR_ACCESS_DENIED && IsBusy(error); });
-    if (made) return file;
-    const DWORD error = ::GetLastError();
-    const bool taken = error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
-                       (error == ERROR_ACCESS_DENIED && Attributes(name) != INVALID_FILE_ATTRIBUTES);
-    if (!taken) return FileHandle();  // the folder refuses us: another name will not help
-  }
-  return FileHandle();
-}
-
-bool MoveInto(const std::wstring& temp, const std::wstring& target) {
+bool MoveInto(const std::wstring& temp, const std::wstring& target, bool wait) {
   return RetryWhileBusy(
       [&] {
         return ::MoveFileExW(temp.c_str(), target.c_str(),
                              MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
       },
-      IsBusy);
+      [&](DWORD error) { return wait && IsBusy(error); });
 }
 
 // The path with its last part spelled as the file system spells it, so
@@ -127,15 +106,93 @@ bool FreeToReplace(const std::wstring& path) {
 // new file is moved in.) The temporary file is given the target's marks
 // first, so a hidden file stays hidden. A target held open by another
 // program is waited for.
-bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targetAttributes) {
+bool ReplaceWith(const std::wstring& temp, const std::wstring& path, DWORD targetAttributes, bool wait) {
   constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
                           FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
   if (targetAttributes & kKept) ::SetFileAttributesW(temp.c_str(), targetAttributes & kKept);
   const std::wstring target = OnDiskSpelling(path);
   const bool free = RetryWhileBusy(
-      [&] { return FreeToReplace(target) || ::GetLastError() == ERROR_FILE_NOT_FOUND; }, IsBusy);
+      [&] { return FreeToReplace(target) || ::GetLastError() == ERROR_FILE_NOT_FOUND; },
+      [&](DWORD error) { return wait && IsBusy(error); });
   if (!free) return false;
-  return MoveInto(temp, target);
+  return MoveInto(temp, target, wait);
+}
+
+// The steps of a write; `wait` says whether a file another program holds
+// open is waited for.
+class Win32WriteSteps final : public WriteSteps {
+ public:
+  explicit Win32WriteSteps(bool wait) : wait_(wait) {}
+
+  Target Inspect(const std::string& path) override {
+    const auto wide = NativePath(path);
+    if (!wide) return Target::Refused;
+    const DWORD attributes = Attributes(*wide);
+    if (attributes == INVALID_FILE_ATTRIBUTES) return Target::Missing;
+    // A folder is not replaced, and neither is a file the user marked
+    // read-only (not every rename refuses it).
+    return attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY) ? Target::Refused
+                                                                              : Target::Replaceable;
+  }
+
+  Created Create(const std::string& path, Handle& file) override {
+    const auto name = NativePath(path);
+    if (!name) return Created::Failed;
+    HANDLE made = INVALID_HANDLE_VALUE;
+    const bool ok = RetryWhileBusy(
+        [&] {
+          made = ::CreateFileW(name->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
+                               nullptr);
+          return made != INVALID_HANDLE_VALUE;
+        },
+        // A taken name that is being deleted: not worth waiting for.
+        [&](DWORD error) { return wait_ && error != ERROR_ACCESS_DENIED && IsBusy(error); });
+    if (ok) {
+      file = reinterpret_cast<Handle>(made);
+      return Created::Made;
+    }
+    const DWORD error = ::GetLastError();
+    const bool taken = error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
+                       (error == ERROR_ACCESS_DENIED && Attributes(*name) != INVALID_FILE_ATTRIBUTES);
+    // A folder that refuses us: another name will not help.
+    return taken ? Created::NameTaken : Created::Failed;
+  }
+
+  std::size_t Write(Handle file, std::string_view bytes) override {
+    // Pieces below 4 GiB; one WriteFile counts in a DWORD.
+    const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 30));
+    DWORD wrote = 0;
+    if (!::WriteFile(reinterpret_cast<HANDLE>(file), bytes.data(), piece, &wrote, nullptr)) return 0;
+    return wrote;
+  }
+
+  bool Flush(Handle file) override { return ::FlushFileBuffers(reinterpret_cast<HANDLE>(file)) != 0; }
+  bool Close(Handle file) override { return ::CloseHandle(reinterpret_cast<HANDLE>(file)) != 0; }
+
+  bool Replace(const std::string& file, const std::string& target) override {
+    const auto from = NativePath(file);
+    const auto to = NativePath(target);
+    if (!from || !to) return false;
+    const DWORD old = Attributes(*to);
+    return old != INVALID_FILE_ATTRIBUTES ? ReplaceWith(*from, *to, old, wait_) : MoveInto(*from, *to, wait_);
+  }
+
+  bool Delete(const std::string& path) override {
+    // The caller's failure is what matters: its error stays set.
+    const DWORD error = ::GetLastError();
+    const auto wide = NativePath(path);
+    const bool deleted = wide && ::DeleteFileW(wide->c_str()) != 0;
+    ::SetLastError(error);
+    return deleted;
+  }
+
+ private:
+  bool wait_;
+};
+
+Win32WriteSteps& QuickWriteSteps() {
+  static Win32WriteSteps steps(false);
+  return steps;
 }
 
 // A process of this machine that is still running.
@@ -151,7 +208,7 @@ bool ProcessRuns(unsigned long pid) {
 class Win32FileSystem final : public FileSystem {
  public:
   std::optional<std::string> ReadAll(const std::string& path) override {
-    const auto wide = WidenStrict(path);
+    const auto wide = NativePath(path);
     if (!wide) return std::nullopt;
     FileHandle file;
     RetryWhileBusy(
@@ -182,35 +239,20 @@ class Win32FileSystem final : public FileSystem {
   }
 
   bool WriteAll(const std::string& path, std::string_view bytes) override {
-    const auto target = WidenStrict(path);
-    if (!target) return false;
-    // A folder is not replaced, and neither is a file the user marked
-    // read-only (ReplaceFile would refuse it; not every move does).
-    const DWORD old = Attributes(*target);
-    const bool exists = old != INVALID_FILE_ATTRIBUTES;
-    if (exists && (old & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY))) return false;
+    return WriteAtomically(SystemWriteSteps(), path, bytes);
+  }
 
-    std::wstring temp;
-    FileHandle file = CreateTemporary(FolderOf(*target), temp);
-    if (!file) return false;
-    bool ok = WriteFully(file.Get(), bytes) && ::FlushFileBuffers(file.Get()) != 0;
-    ok = file.Close() && ok;
-    if (ok) ok = exists ? ReplaceWith(temp, *target, old) : MoveInto(temp, *target);
-    if (!ok) {
-      const DWORD error = ::GetLastError();
-      ::DeleteFileW(temp.c_str());
-      ::SetLastError(error);
-    }
-    return ok;
+  bool TryWriteAll(const std::string& path, std::string_view bytes) override {
+    return WriteAtomically(QuickWriteSteps(), path, bytes);
   }
 
   bool Exists(const std::string& path) override {
-    const auto wide = WidenStrict(path);
+    const auto wide = NativePath(path);
     return wide && IsOrdinaryFile(Attributes(*wide));
   }
 
   bool Occupied(const std::string& path) override {
-    const auto wide = WidenStrict(path);
+    const auto wide = NativePath(path);
     if (!wide) return false;
     if (Attributes(*wide) != INVALID_FILE_ATTRIBUTES) return true;
     // Only a clear "not there" counts as free: a file the system will not
@@ -239,12 +281,12 @@ class Win32FileSystem final : public FileSystem {
   }
 
   bool Remove(const std::string& path) override {
-    const auto wide = WidenStrict(path);
+    const auto wide = NativePath(path);
     return wide && Exists(path) && RetryWhileBusy([&] { return ::DeleteFileW(wide->c_str()) != 0; }, IsBusy);
   }
 
   bool MakeFolder(const std::string& path) override {
-    const auto wide = WidenStrict(path);
+    const auto wide = NativePath(path);
     if (!wide) return false;
     if (::CreateDirectoryW(wide->c_str(), nullptr)) return true;
     const DWORD a = Attributes(*wide);
@@ -257,7 +299,7 @@ class Win32FileSystem final : public FileSystem {
       if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) return;
       const auto owner = TemporaryFileOwner(name);
       if (owner && (*owner == ::GetCurrentProcessId() || !ProcessRuns(*owner)))
-        leftovers.push_back(*WidenStrict(folder + "\\" + name));
+        leftovers.push_back(*NativePath(folder + "\\" + name));
     });
     for (const std::wstring& leftover : leftovers) {
       // One of ours may have been marked read-only since; it is ours still.
@@ -271,7 +313,7 @@ class Win32FileSystem final : public FileSystem {
   // name UTF-8 can spell.
   template <typename Visit>
   static void ForEach(const std::string& folder, const std::string& pattern, Visit visit) {
-    const auto wide = WidenStrict(folder + "\\" + pattern);
+    const auto wide = NativePath(folder + "\\" + pattern);
     if (!wide) return;
     WIN32_FIND_DATAW data;
     const FindHandle find(::FindFirstFileW(wide->c_str(), &data));
@@ -289,6 +331,11 @@ unsigned long CurrentProcessId() { return ::GetCurrentProcessId(); }
 FileSystem& SystemFileSystem() {
   static Win32FileSystem fs;
   return fs;
+}
+
+WriteSteps& SystemWriteSteps() {
+  static Win32WriteSteps steps(true);
+  return steps;
 }
 
 }  // namespace qm

@@ -72,4 +72,16 @@ BOOL VerQueryValueW(LPCVOID block, LPCWSTR subBlock, LPVOID* buffer, PUINT lengt
   QM_SYSTEM_FUNCTION(L"version.dll", VerQueryValueW, FALSE, block, subBlock, buffer, length);
 }
 
+HRESULT DwmIsCompositionEnabled(BOOL* enabled) {
+  QM_SYSTEM_FUNCTION(L"dwmapi.dll", DwmIsCompositionEnabled, E_NOTIMPL, enabled);
+}
+HRESULT DwmGetCompositionTimingInfo(HWND window, DWM_TIMING_INFO* timing) {
+  QM_SYSTEM_FUNCTION(L"dwmapi.dll", DwmGetCompositionTimingInfo, E_NOTIMPL, window, timing);
+}
+HRESULT DwmFlush() { QM_SYSTEM_FUNCTION(L"dwmapi.dll", DwmFlush, E_NOTIMPL); }
+
+HRESULT SHQueryUserNotificationState(QUERY_USER_NOTIFICATION_STATE* state) {
+  QM_SYSTEM_FUNCTION(L"shell32.dll", SHQueryUserNotificationState, E_NOTIMPL, state);
+}
+
 }  // namespace qm::win32::sys

@@ -67,6 +67,14 @@ void RunControl::PauseForTrayMenu() {
 }
 
 void RunControl::STimer1_Timer() {
+  // While the user is busy with the whole screen the display waits, paused
+  // as a tray click pauses it, and resumes below once that ends.
+  if (flasher_.Quiet()) {
+    flasher_.bStopped = true;
+    flasher_.HideLabel();
+    flasher_.Hide();
+    return;
+  }
   if (host_.TrayMenuOpen() || host_.SettingsWindowVisible() || menuStopChecked_ || host_.MessageBoxOpen())
     return;
   if (!flasher_.TimerDisplayLength().Enabled() && !flasher_.TimerFrequency().Enabled()) {

@@ -69,7 +69,9 @@ class RunControl {
   void PauseForTrayMenu();
   // The watchdog, once a second. Besides the open tray menu, the shown
   // settings window and Stop, an open message box of the program keeps it
-  // waiting: nobody answers a question with phrases flashing over it.
+  // waiting: nobody answers a question with phrases flashing over it. While
+  // the flasher is quiet (the user busy with the whole screen) it pauses
+  // the display, and resumes it as ever once nothing holds it back.
   void STimer1_Timer();
 
   // The rotation list: every phrase of every checked category, without

@@ -29,6 +29,9 @@ class CheckedListView final : private CheckedListObserver {
   bool Create(HWND parent, const RECT& bounds, HFONT font, int id);
   HWND Hwnd() const { return hwnd_; }
   int Id() const { return id_; }
+  // Moves the control to `bounds` (pixels) in the font (not owned), its
+  // column as wide as the control.
+  void Place(const RECT& bounds, HFONT font);
 
   // The user changed an item's mark; the model holds it already.
   std::function<void()> ItemCheck;

@@ -10,6 +10,7 @@
 
 #include "platform/ansi_text.h"
 #include "platform/twips.h"
+#include "platform/window_dpi_win32.h"
 #include "platform/wide_text_win32.h"
 
 namespace qm::win32 {
@@ -18,6 +19,27 @@ namespace {
 // The end labels' width beside a trackbar, in pixels at 96 dots per inch
 // (room for "1000" in the range labels' font).
 constexpr int kRangeLabelWidth96 = 28;
+// A row of the colour list, in pixels at 96 dots per inch.
+constexpr int kColorRowHeight96 = 18;
+// The colour list shows every row when open: the 16 colours, "More
+// colours..." and room for a custom colour's row.
+constexpr int kColorRowsShown = 19;
+
+// A wheel's three parts side by side in `bounds`: the lower end's label,
+// the trackbar, the upper end's label.
+struct WheelRects {
+  RECT min, bar, max;
+};
+WheelRects SplitWheel(const RECT& bounds, int dpi) {
+  const int labelWidth = ::MulDiv(kRangeLabelWidth96, dpi, 96);
+  const RECT minRect{bounds.left, bounds.top, bounds.left + labelWidth, bounds.bottom};
+  const RECT maxRect{bounds.right - labelWidth, bounds.top, bounds.right, bounds.bottom};
+  return {minRect, RECT{minRect.right, bounds.top, maxRect.left, bounds.bottom}, maxRect};
+}
+
+void MoveTo(HWND hwnd, const RECT& r) {
+  if (hwnd) ::MoveWindow(hwnd, r.left, r.top, r.right - r.left, r.bottom - r.top, TRUE);
+}
 
 // The picture's two halves and the label inside it (twips).
 constexpr RECT kShape1{0, 0, 1335, 795};
@@ -49,19 +71,13 @@ COLORREF ScreenColor(OleColor color) {
 
 bool WheelView::Create(HWND parent, const RECT& bounds, int id, int rangeLabelIds, HFONT rangeFont,
                        const Wheel& wheel, int page) {
-  const HDC screen = ::GetDC(nullptr);
-  const int dpiX = ::GetDeviceCaps(screen, LOGPIXELSX);
-  ::ReleaseDC(nullptr, screen);
-  const int labelWidth = ::MulDiv(kRangeLabelWidth96, dpiX, 96);
-  const RECT minRect{bounds.left, bounds.top, bounds.left + labelWidth, bounds.bottom};
-  const RECT maxRect{bounds.right - labelWidth, bounds.top, bounds.right, bounds.bottom};
-  const RECT barRect{minRect.right, bounds.top, maxRect.left, bounds.bottom};
+  const WheelRects parts = SplitWheel(bounds, WindowDpi(parent));
   minLabel_ = MakeChild(WC_STATICW, Widen(std::to_string(wheel.Min())).c_str(),
-                        WS_VISIBLE | SS_RIGHT | SS_CENTERIMAGE, parent, minRect, rangeLabelIds, rangeFont);
+                        WS_VISIBLE | SS_RIGHT | SS_CENTERIMAGE, parent, parts.min, rangeLabelIds, rangeFont);
   maxLabel_ = MakeChild(WC_STATICW, Widen(std::to_string(wheel.Max())).c_str(),
-                        WS_VISIBLE | SS_LEFT | SS_CENTERIMAGE, parent, maxRect, rangeLabelIds + 1, rangeFont);
+                        WS_VISIBLE | SS_LEFT | SS_CENTERIMAGE, parent, parts.max, rangeLabelIds + 1, rangeFont);
   trackbar_ = MakeChild(TRACKBAR_CLASSW, L"", WS_VISIBLE | WS_TABSTOP | TBS_HORZ | TBS_NOTICKS | TBS_BOTH, parent,
-                        barRect, id, nullptr);
+                        parts.bar, id, nullptr);
   if (!trackbar_) return false;
   ::SendMessageW(trackbar_, TBM_SETRANGEMIN, FALSE, wheel.Min());
   ::SendMessageW(trackbar_, TBM_SETRANGEMAX, FALSE, wheel.Max());
@@ -70,6 +86,15 @@ bool WheelView::Create(HWND parent, const RECT& bounds, int id, int rangeLabelId
   ::SendMessageW(trackbar_, TBM_SETPOS, TRUE, wheel.Value());
   ::SetWindowSubclass(trackbar_, &WheelView::TrackbarProc, 1, reinterpret_cast<DWORD_PTR>(this));
   return true;
+}
+
+void WheelView::Place(const RECT& bounds, int dpi, HFONT rangeFont) {
+  const WheelRects parts = SplitWheel(bounds, dpi);
+  for (HWND label : {minLabel_, maxLabel_})
+    if (label) ::SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(rangeFont), FALSE);
+  MoveTo(minLabel_, parts.min);
+  MoveTo(maxLabel_, parts.max);
+  MoveTo(trackbar_, parts.bar);
 }
 
 void WheelView::Bind(Wheel* wheel) {
@@ -140,6 +165,14 @@ bool PreviewPicture::Create(HWND parent, const RECT& bounds, int id, int dpiX, i
   return Window::Create(args);
 }
 
+void PreviewPicture::Place(const RECT& bounds, int dpi) {
+  dpiX_ = dpiY_ = dpi;
+  font_.Reset();  // made again at the next paint, at this dpi
+  if (!Hwnd()) return;
+  MoveTo(Hwnd(), bounds);
+  ::InvalidateRect(Hwnd(), nullptr, FALSE);
+}
+
 void PreviewPicture::Bind(const PreviewLabel* label) {
   label_ = label;
   if (Hwnd()) ::InvalidateRect(Hwnd(), nullptr, FALSE);
@@ -198,22 +231,33 @@ LRESULT PreviewPicture::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
 // ---- ColorPickerView ----
 
 bool ColorPickerView::Create(HWND parent, const RECT& bounds, int id, HFONT font) {
-  const int closedHeight = bounds.bottom - bounds.top;
-  // The list drops below the box, room for every row.
-  RECT r = bounds;
-  r.bottom = r.top + closedHeight + 19 * (itemHeight_ + 1);
+  itemHeight_ = ::MulDiv(kColorRowHeight96, WindowDpi(parent), 96);
   combo_ = MakeChild(WC_COMBOBOXW, L"",
                      WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS,
-                     parent, r, id, font);
+                     parent, bounds, id, font);
   if (!combo_) return false;
-  // The closed box is as high as its place (less its edges).
-  ::SendMessageW(combo_, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(closedHeight - 6, 8));
-  ::SendMessageW(combo_, CB_SETITEMHEIGHT, 0, itemHeight_);
-  ::SendMessageW(combo_, CB_SETMINVISIBLE, 19, 0);
+  Place(bounds, WindowDpi(parent), font);
+  ::SendMessageW(combo_, CB_SETMINVISIBLE, kColorRowsShown, 0);
   ::SetWindowSubclass(combo_, &ColorPickerView::ComboProc, 1, reinterpret_cast<DWORD_PTR>(this));
   for (COLORREF& c : customColours_) c = RGB(255, 255, 255);
   Fill();
   return true;
+}
+
+void ColorPickerView::Place(const RECT& bounds, int dpi, HFONT font) {
+  if (!combo_) return;
+  itemHeight_ = ::MulDiv(kColorRowHeight96, dpi, 96);
+  ::SendMessageW(combo_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+  const int closedHeight = bounds.bottom - bounds.top;
+  // The closed box is as high as its place (less its edges).
+  ::SendMessageW(combo_, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                 std::max(closedHeight - ::MulDiv(6, dpi, 96), 8));
+  ::SendMessageW(combo_, CB_SETITEMHEIGHT, 0, itemHeight_);
+  // The list drops below the box, room for every row.
+  RECT r = bounds;
+  r.bottom = r.top + closedHeight + kColorRowsShown * (itemHeight_ + 1);
+  MoveTo(combo_, r);
+  ::InvalidateRect(combo_, nullptr, TRUE);
 }
 
 void ColorPickerView::Bind(ColorPicker* picker) {

@@ -48,9 +48,12 @@ class CommonDialogFontChooser final : public FontChooser {
 class WheelView {
  public:
   // Makes the trackbar (id `id`) and its end labels as children of
-  // `parent` in `bounds` (pixels); Page Up and Page Down move `page`.
+  // `parent` in `bounds` (pixels at the parent's dpi); Page Up and Page
+  // Down move `page`.
   bool Create(HWND parent, const RECT& bounds, int id, int rangeLabelIds, HFONT rangeFont, const Wheel& wheel,
               int page);
+  // Places the trackbar and its end labels in `bounds` (pixels at `dpi`).
+  void Place(const RECT& bounds, int dpi, HFONT rangeFont);
   // Binds the model that the trackbar sets from now on and shows it.
   void Bind(Wheel* wheel);
   // Puts the model's value on the trackbar.
@@ -79,6 +82,9 @@ class PreviewPicture final : public Window {
   // The picture (Picture1) at `bounds` (pixels); dpi for the twips of its
   // shapes and the label's font.
   bool Create(HWND parent, const RECT& bounds, int id, int dpiX, int dpiY);
+  // Moves the picture to `bounds` (pixels at `dpi`) and draws its shapes
+  // and the label's font at that dpi from now on.
+  void Place(const RECT& bounds, int dpi);
   void Bind(const PreviewLabel* label);
   // Paints the picture into `dc` (its client area).
   void Paint(HDC dc);
@@ -96,9 +102,12 @@ class PreviewPicture final : public Window {
 
 class ColorPickerView {
  public:
-  // The drop-down (closed height from `bounds`, pixels) as a child of
-  // `parent`.
+  // The drop-down (closed height from `bounds`, pixels at the parent's
+  // dpi) as a child of `parent`.
   bool Create(HWND parent, const RECT& bounds, int id, HFONT font);
+  // Places the drop-down in `bounds` (pixels at `dpi`), its rows as high
+  // as that dpi wants, in the font.
+  void Place(const RECT& bounds, int dpi, HFONT font);
   void Bind(ColorPicker* picker);
   // Selects the row of the model's value.
   void Show();
@@ -126,7 +135,7 @@ class ColorPickerView {
   ColorSwatches swatches_;
   bool commitPending_ = false;
   bool choosing_ = false;
-  int itemHeight_ = 18;
+  int itemHeight_ = 18;  // a row of the open list, pixels
   COLORREF customColours_[16] = {};
 };
 

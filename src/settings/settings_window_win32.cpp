@@ -5,6 +5,7 @@
 #include <uxtheme.h>
 #include <winver.h>
 
+#include <algorithm>
 #include <cctype>
 #include <utility>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "platform/system_dll_win32.h"
 #include "platform/screen_win32.h"
 #include "platform/twips.h"
+#include "platform/window_dpi_win32.h"
 #include "platform/wide_text_win32.h"
 #include "settings/tray_res.h"
 
@@ -34,8 +36,65 @@ constexpr int kRtfHeightMargin = 1700;
 constexpr int kRtfGapAboveStart = 60;
 constexpr int kStartRowTop = 525 + 5160;
 
-// A font of the given face and size in points (hundredths), at the
-// screen's vertical dots per inch.
+// Where every control stands, in twips (left, top, width, height), in its
+// container: the panel Picture2 for the labels and buttons on it (Label1
+// and Label2, the six editing buttons, Start, Exit, lblVersion), the
+// window's client area for the rest. The controls of the two frames are
+// placed in the window at the frame's corner plus their place in the
+// frame. The window places its controls from this table when it is made
+// and again whenever its dots per inch change.
+struct Placement {
+  int id;
+  TwipBounds bounds;
+};
+constexpr int kTimesLeft = 180, kFontLeft = 3540, kFramesTop = 3660;
+constexpr Placement kLayout[] = {
+    {kIdPicture2, {0, 525, kSettingsClientWidth, 5655}},
+    {kIdLabel1, {180, 180, 3195, 315}},
+    {kIdLabel2, {3480, 180, 3195, 315}},
+    {kIdCmdAddCat, {180, 540, 975, 435}},
+    {kIdCmdEditCat, {1290, 540, 975, 435}},
+    {kIdCmdDeleteCat, {2400, 540, 975, 435}},
+    {kIdCmdAdd, {3480, 540, 975, 435}},
+    {kIdCmdEdit, {4590, 540, 975, 435}},
+    {kIdCmdDelete, {5700, 540, 975, 435}},
+    {kIdTxtEditCat, {180, 1560, 3195, 375}},
+    {kIdTxtEditWord, {3480, 1560, 3195, 375}},
+    {kIdLstMessageCategories, {180, 1980, 3195, 1410}},
+    {kIdLstPhrases, {3480, 1980, 3195, 1410}},
+    {kIdFraTimesAndDuration, {kTimesLeft, kFramesTop, 3135, 1755}},
+    {kIdFraFont, {kFontLeft, kFramesTop, 3135, 1755}},
+    {kIdLblDuration, {kTimesLeft + 120, kFramesTop + 300, 2775, 375}},
+    {kIdBvlWheel1, {kTimesLeft + 120, kFramesTop + 600, 2895, 315}},
+    {kIdLblFrequency, {kTimesLeft + 120, kFramesTop + 960, 2775, 375}},
+    {kIdBvlWheel2, {kTimesLeft + 120, kFramesTop + 1260, 2895, 315}},
+    {kIdCmdEditFont, {kFontLeft + 240, kFramesTop + 360, 1335, 435}},
+    {kIdColorPicker1, {kFontLeft + 1680, kFramesTop + 360, 1275, 435}},
+    {kIdPicture1, {kFontLeft + 240, kFramesTop + 840, 2715, 795}},
+    // The rich-text view's size is set after the window's (SizeRtfHelp).
+    {kIdRtfHelp, {180, 600, 6420, 4500}},
+    {kIdCmdStart, {1920, 5160, 1395, 435}},
+    {kIdCmdClose, {3540, 5160, 1395, 435}},
+    {kIdLblVersion, {5340, 5280, 1395, 255}},
+    // Only the top pixel of Stop lies inside the window.
+    {kIdCmdStop, {2700, 6240, 1395, 435}},
+};
+
+constexpr TwipBounds LayoutOf(int id) {
+  for (const Placement& p : kLayout)
+    if (p.id == id) return p.bounds;
+  return {};
+}
+
+// Asked by Windows 10 (1703 and later) before a move to another dpi: the
+// window's size at the new dpi (WM_GETDPISCALEDSIZE, newer than the
+// headers the program builds against).
+constexpr UINT kGetDpiScaledSize = 0x02E4;
+
+// The tooltips' widest line (twips).
+constexpr int kTooltipWidth = 4500;
+
+// A font of the given face and size in points (hundredths), at `dpiY`.
 HFONT MakeFont(const wchar_t* face, int hundredthsOfPoint, bool bold, int dpiY) {
   LOGFONTW lf{};
   lf.lfHeight = -MulDivRound(hundredthsOfPoint, dpiY, 7200);
@@ -43,6 +102,16 @@ HFONT MakeFont(const wchar_t* face, int hundredthsOfPoint, bool bold, int dpiY) 
   lf.lfCharSet = DEFAULT_CHARSET;
   lf.lfQuality = DEFAULT_QUALITY;
   lstrcpynW(lf.lfFaceName, face, LF_FACESIZE);
+  return ::CreateFontIndirectW(&lf);
+}
+
+// The system's default interface font (the text boxes, Stop, the colour
+// list) at `dpi`: the stock font is made for the screen's logical dpi.
+HFONT MakeGuiFont(int dpi) {
+  LOGFONTW lf{};
+  if (!::GetObjectW(::GetStockObject(DEFAULT_GUI_FONT), sizeof lf, &lf)) return nullptr;
+  const int stockDpi = ScreenLogicalDpi().y;
+  lf.lfHeight = ::MulDiv(lf.lfHeight, dpi, stockDpi);
   return ::CreateFontIndirectW(&lf);
 }
 
@@ -135,16 +204,7 @@ frmSettings::~frmSettings() {
 }
 
 bool frmSettings::CreateTheWindow() {
-  // The client area's size in pixels of this screen, centred on it.
-  const Dpi dpi = ScreenLogicalDpi();
-  dpiX_ = UsableDpi(dpi.x);
-  dpiY_ = UsableDpi(dpi.y);
   const DWORD style = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
-  RECT frame{0, 0, TwipsToPixels(kSettingsClientWidth, dpiX_), TwipsToPixels(kSettingsClientHeight, dpiY_)};
-  ::AdjustWindowRectEx(&frame, style, FALSE, WS_EX_CONTROLPARENT);
-  const int width = frame.right - frame.left;
-  const int height = frame.bottom - frame.top;
-
   CreateArgs args;
   args.className = kSettingsClassName;
   args.background = BlueBrush();
@@ -153,19 +213,63 @@ bool frmSettings::CreateTheWindow() {
   args.title = kSettingsCaption;
   args.style = style;
   args.exStyle = WS_EX_CONTROLPARENT;
-  args.x = (::GetSystemMetrics(SM_CXSCREEN) - width) / 2;
-  args.y = (::GetSystemMetrics(SM_CYSCREEN) - height) / 2;
-  args.width = width;
-  args.height = height;
+  // Made in the middle of the screen, on the monitor it will show on; its
+  // size follows from that monitor's dots per inch.
+  args.x = ::GetSystemMetrics(SM_CXSCREEN) / 2;
+  args.y = ::GetSystemMetrics(SM_CYSCREEN) / 2;
+  args.width = 1;
+  args.height = 1;
   if (!Create(args)) return false;
+  dpi_ = WindowDpi(Window::Hwnd());
+
+  // The client area's size in pixels at that dpi, centred on the screen.
+  const SIZE outer = OuterSize(dpi_);
+  ::SetWindowPos(Window::Hwnd(), nullptr, (::GetSystemMetrics(SM_CXSCREEN) - outer.cx) / 2,
+                 (::GetSystemMetrics(SM_CYSCREEN) - outer.cy) / 2, outer.cx, outer.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+  FitClientArea();
   CreateControls();
   return true;
 }
 
+SIZE frmSettings::OuterSize(int dpi) const {
+  const HWND form = Window::Hwnd();
+  const RECT outer = OuterRectForDpi(
+      RECT{0, 0, TwipsToPixels(kSettingsClientWidth, dpi), TwipsToPixels(kSettingsClientHeight, dpi)},
+      static_cast<DWORD>(::GetWindowLongPtrW(form, GWL_STYLE)),
+      static_cast<DWORD>(::GetWindowLongPtrW(form, GWL_EXSTYLE)), dpi);
+  return SIZE{outer.right - outer.left, outer.bottom - outer.top};
+}
+
+void frmSettings::FitClientArea() {
+  // The frame's own measure may differ from the one assumed: the client
+  // area is what the layout needs, whatever the frame takes.
+  const HWND form = Window::Hwnd();
+  RECT client{};
+  RECT outer{};
+  if (!::GetClientRect(form, &client) || !::GetWindowRect(form, &outer)) return;
+  const int wantWidth = TwipsToPixels(kSettingsClientWidth, dpi_);
+  const int wantHeight = TwipsToPixels(kSettingsClientHeight, dpi_);
+  if (client.right == wantWidth && client.bottom == wantHeight) return;
+  ::SetWindowPos(form, nullptr, 0, 0, outer.right - outer.left + wantWidth - client.right,
+                 outer.bottom - outer.top + wantHeight - client.bottom, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 RECT frmSettings::Pixels(int left, int top, int width, int height) const {
-  const int x = TwipsToPixels(left, dpiX_);
-  const int y = TwipsToPixels(top, dpiY_);
-  return RECT{x, y, x + TwipsToPixels(width, dpiX_), y + TwipsToPixels(height, dpiY_)};
+  const int x = TwipsToPixels(left, dpi_);
+  const int y = TwipsToPixels(top, dpi_);
+  return RECT{x, y, x + TwipsToPixels(width, dpi_), y + TwipsToPixels(height, dpi_)};
+}
+
+RECT frmSettings::Pixels(int id) const {
+  const TwipBounds b = LayoutOf(id);
+  return Pixels(b.left, b.top, b.width, b.height);
+}
+
+void frmSettings::MakeFonts() {
+  labelFont_.Reset(MakeFont(L"Arial", 975, true, dpi_));
+  listFont_.Reset(MakeFont(L"Arial", 975, false, dpi_));
+  versionFont_.Reset(MakeFont(L"Arial", 825, false, dpi_));
+  guiFont_.Reset(MakeGuiFont(dpi_));
 }
 
 HWND frmSettings::MakeControl(const wchar_t* className, const wchar_t* text, DWORD style, HWND parent,
@@ -189,54 +293,51 @@ void frmSettings::AddTooltip(HWND control, const char* text) {
   ::SendMessageW(tooltips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
-isButtonWindow& frmSettings::MakeButton(isButtonWindow& button, const TwipBounds& bounds, const char* caption,
-                                        int id, std::function<void()> click, bool blueBack) {
+isButtonWindow& frmSettings::MakeButton(isButtonWindow& button, const char* caption, int id,
+                                        std::function<void()> click, bool blueBack) {
   PropertyStore stored{{"Style", 10}, {"iNonThemeStyle", 0}, {"Caption", caption}, {"ToolTipType", 0}};
   if (blueBack) stored.Set("BackColor", std::int64_t{0x00B36A36});
-  button.Create(Picture2_.Hwnd(), bounds, stored, id);
+  button.Create(Picture2_.Hwnd(), LayoutOf(id), stored, id);
   button.Model().events.Click = std::move(click);
   return button;
 }
 
 void frmSettings::CreateControls() {
   const HWND form = Window::Hwnd();
-  labelFont_.Reset(MakeFont(L"Arial", 975, true, dpiY_));
-  listFont_.Reset(MakeFont(L"Arial", 975, false, dpiY_));
-  versionFont_.Reset(MakeFont(L"Arial", 825, false, dpiY_));
-  guiFont_ = static_cast<HFONT>(::GetStockObject(DEFAULT_GUI_FONT));
+  MakeFonts();
 
   INITCOMMONCONTROLSEX common{sizeof common, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
   ::InitCommonControlsEx(&common);
   tooltips_ = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT,
                                 CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, ThisModule(), nullptr);
-  if (tooltips_) ::SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, TwipsToPixels(4500, dpiX_));
+  if (tooltips_) ::SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, TwipsToPixels(kTooltipWidth, dpi_));
 
   // Children of the window, in the order the Tab key visits them; the
   // panel Picture2 goes beneath them all, its buttons last in the order.
   TabMenu_.Create(form, 0, 0, kSettingsClientWidth, kIdTabMenu);
 
   txtEditCat_ = MakeControl(WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, form,
-                            Pixels(180, 1560, 3195, 375), kIdTxtEditCat, guiFont_, WS_EX_CLIENTEDGE);
+                            Pixels(kIdTxtEditCat), kIdTxtEditCat, guiFont_.Get(), WS_EX_CLIENTEDGE);
   txtEditWord_ = MakeControl(WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, form,
-                             Pixels(3480, 1560, 3195, 375), kIdTxtEditWord, guiFont_, WS_EX_CLIENTEDGE);
+                             Pixels(kIdTxtEditWord), kIdTxtEditWord, guiFont_.Get(), WS_EX_CLIENTEDGE);
   for (HWND box : {txtEditCat_, txtEditWord_})
     if (box) ::SetWindowSubclass(box, &frmSettings::EditProc, static_cast<UINT_PTR>(::GetDlgCtrlID(box)),
                                  reinterpret_cast<DWORD_PTR>(this));
-  lstMessageCategoriesView_.Create(form, Pixels(180, 1980, 3195, 1410), listFont_.Get(), kIdLstMessageCategories);
-  lstPhrasesView_.Create(form, Pixels(3480, 1980, 3195, 1410), listFont_.Get(), kIdLstPhrases);
+  lstMessageCategoriesView_.Create(form, Pixels(kIdLstMessageCategories), listFont_.Get(), kIdLstMessageCategories);
+  lstPhrasesView_.Create(form, Pixels(kIdLstPhrases), listFont_.Get(), kIdLstPhrases);
   lstMessageCategoriesView_.ItemCheck = [this] { library_.lstMessageCategories_ItemCheck(); };
   lstPhrasesView_.ItemCheck = [this] { library_.lstPhrases_ItemCheck(); };
 
   // The timing panel in its frame (180, 3660): each caption above its
   // wheel, so that a screen reader names the wheel after it.
-  bvlWHEEL1_.Create(form, Pixels(180 + 120, 3660 + 600, 2895, 315), kIdBvlWheel1, kIdWheel1Min, versionFont_.Get(),
+  bvlWHEEL1_.Create(form, Pixels(kIdBvlWheel1), kIdBvlWheel1, kIdWheel1Min, versionFont_.Get(),
                     Wheel{1, 1000, 1}, 50);
-  bvlWHEEL2_.Create(form, Pixels(180 + 120, 3660 + 1260, 2895, 315), kIdBvlWheel2, kIdWheel2Min,
+  bvlWHEEL2_.Create(form, Pixels(kIdBvlWheel2), kIdBvlWheel2, kIdWheel2Min,
                     versionFont_.Get(), Wheel{1, 30, 1}, 5);
   lblDuration_ = MakeControl(WC_STATICW, L"Duration: 1 Millisecond(s)", WS_VISIBLE | SS_CENTER, form,
-                             Pixels(180 + 120, 3660 + 300, 2775, 375), kIdLblDuration, listFont_.Get());
+                             Pixels(kIdLblDuration), kIdLblDuration, listFont_.Get());
   lblFrequency_ = MakeControl(WC_STATICW, L"Frequency: 1 Second(s)", WS_VISIBLE | SS_CENTER, form,
-                              Pixels(180 + 120, 3660 + 960, 2775, 375), kIdLblFrequency, listFont_.Get());
+                              Pixels(kIdLblFrequency), kIdLblFrequency, listFont_.Get());
   // Each caption goes just above its wheel in the z-order (and so in the
   // tab order's reading).
   if (lblDuration_ && bvlWHEEL1_.Hwnd())
@@ -248,15 +349,15 @@ void frmSettings::CreateControls() {
   {
     PropertyStore stored{{"Style", 10}, {"iNonThemeStyle", 0}, {"Caption", "Edit Font"}, {"ToolTipType", 0}};
     stored.Set("BackColor", std::int64_t{0x00B36A36});
-    cmdEditFont_.Create(form, {3540 + 240, 3660 + 360, 1335, 435}, stored, kIdCmdEditFont);
+    cmdEditFont_.Create(form, LayoutOf(kIdCmdEditFont), stored, kIdCmdEditFont);
     cmdEditFont_.Model().events.Click = [this] { cmdEditFont_Click(); };
   }
-  ColorPicker1_.Create(form, Pixels(3540 + 1680, 3660 + 360, 1275, 435), kIdColorPicker1, guiFont_);
-  Picture1_.Create(form, Pixels(3540 + 240, 3660 + 840, 2715, 795), kIdPicture1, dpiX_, dpiY_);
+  ColorPicker1_.Create(form, Pixels(kIdColorPicker1), kIdColorPicker1, guiFont_.Get());
+  Picture1_.Create(form, Pixels(kIdPicture1), kIdPicture1, dpi_, dpi_);
 
   fraTimesAndDuration_ = MakeControl(WC_BUTTONW, L"Times and Duration", WS_VISIBLE | BS_GROUPBOX, form,
-                                     Pixels(180, 3660, 3135, 1755), kIdFraTimesAndDuration, labelFont_.Get());
-  fraFont_ = MakeControl(WC_BUTTONW, L"Font", WS_VISIBLE | BS_GROUPBOX, form, Pixels(3540, 3660, 3135, 1755),
+                                     Pixels(kIdFraTimesAndDuration), kIdFraTimesAndDuration, labelFont_.Get());
+  fraFont_ = MakeControl(WC_BUTTONW, L"Font", WS_VISIBLE | BS_GROUPBOX, form, Pixels(kIdFraFont),
                          kIdFraFont, labelFont_.Get());
   // The frames paint themselves blue with their white captions, under
   // every visual style.
@@ -266,35 +367,34 @@ void frmSettings::CreateControls() {
       ::SetWindowSubclass(frame, &frmSettings::FrameProc, static_cast<UINT_PTR>(::GetDlgCtrlID(frame)),
                           reinterpret_cast<DWORD_PTR>(this));
     }
-  rtfHelp_.Create(form, Pixels(180, 600, 6420, 4500), kSettingsBlue, kIdRtfHelp);
+  rtfHelp_.Create(form, Pixels(kIdRtfHelp), kSettingsBlue, kIdRtfHelp);
 
-  // Only the top pixel of Stop lies inside the window.
-  cmdStop_ = MakeControl(WC_BUTTONW, L"Stop", WS_VISIBLE | BS_PUSHBUTTON, form, Pixels(2700, 6240, 1395, 435),
-                         kIdCmdStop, guiFont_);
+  cmdStop_ = MakeControl(WC_BUTTONW, L"Stop", WS_VISIBLE | BS_PUSHBUTTON, form, Pixels(kIdCmdStop),
+                         kIdCmdStop, guiFont_.Get());
 
-  Picture2_.Create(form, Pixels(0, 525, 6870, 5655), BlueBrush(), kIdPicture2);
+  Picture2_.Create(form, Pixels(kIdPicture2), BlueBrush(), kIdPicture2);
   ::SetWindowPos(Picture2_.Hwnd(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   const HWND panel = Picture2_.Hwnd();
   Label1_ = MakeControl(WC_STATICW, L"Select Your Categories", WS_VISIBLE | SS_CENTER, panel,
-                        Pixels(180, 180, 3195, 315), kIdLabel1, labelFont_.Get());
+                        Pixels(kIdLabel1), kIdLabel1, labelFont_.Get());
   Label2_ = MakeControl(WC_STATICW, L"Add/Edit Subliminal Phrases", WS_VISIBLE | SS_CENTER, panel,
-                        Pixels(3480, 180, 3195, 315), kIdLabel2, labelFont_.Get());
-  MakeButton(cmdAddCat_, {180, 540, 975, 435}, "Add", kIdCmdAddCat,
+                        Pixels(kIdLabel2), kIdLabel2, labelFont_.Get());
+  MakeButton(cmdAddCat_, "Add", kIdCmdAddCat,
              [this] { RunEditing(NeedsText::Category, [this] { editing_->cmdAddCat_Click(); }); }, true);
-  MakeButton(cmdEditCat_, {1290, 540, 975, 435}, "Edit", kIdCmdEditCat,
+  MakeButton(cmdEditCat_, "Edit", kIdCmdEditCat,
              [this] { RunEditing(NeedsText::None, [this] { editing_->cmdEditCat_Click(); }); }, false);
-  MakeButton(cmdDeleteCat_, {2400, 540, 975, 435}, "Delete", kIdCmdDeleteCat,
+  MakeButton(cmdDeleteCat_, "Delete", kIdCmdDeleteCat,
              [this] { RunEditing(NeedsText::None, [this] { editing_->cmdDeleteCat_Click(); }); }, false);
-  MakeButton(cmdAdd_, {3480, 540, 975, 435}, "Add", kIdCmdAdd,
+  MakeButton(cmdAdd_, "Add", kIdCmdAdd,
              [this] { RunEditing(NeedsText::Phrase, [this] { editing_->cmdAdd_Click(); }); }, false);
   cmdAdd_.Model().SetBackColor(0x00FF8080);
-  MakeButton(cmdEdit_, {4590, 540, 975, 435}, "Edit", kIdCmdEdit,
+  MakeButton(cmdEdit_, "Edit", kIdCmdEdit,
              [this] { RunEditing(NeedsText::None, [this] { editing_->cmdEdit_Click(); }); }, false);
-  MakeButton(cmdDelete_, {5700, 540, 975, 435}, "Delete", kIdCmdDelete,
+  MakeButton(cmdDelete_, "Delete", kIdCmdDelete,
              [this] { RunEditing(NeedsText::None, [this] { editing_->cmdDelete_Click(); }); }, true);
-  MakeButton(cmdStart_, {1920, 5160, 1395, 435}, "&Start", kIdCmdStart, [this] { cmdStart_Click(); }, false);
-  MakeButton(cmdClose_, {3540, 5160, 1395, 435}, "E&xit", kIdCmdClose, [this] { cmdClose_Click(); }, false);
-  lblVersion_ = MakeControl(WC_STATICW, L"", SS_RIGHT, panel, Pixels(5340, 5280, 1395, 255), kIdLblVersion,
+  MakeButton(cmdStart_, "&Start", kIdCmdStart, [this] { cmdStart_Click(); }, false);
+  MakeButton(cmdClose_, "E&xit", kIdCmdClose, [this] { cmdClose_Click(); }, false);
+  lblVersion_ = MakeControl(WC_STATICW, L"", SS_RIGHT, panel, Pixels(kIdLblVersion), kIdLblVersion,
                             versionFont_.Get());
 
   AddTooltip(txtEditCat_, "You can enter or edit subliminal message categories here");
@@ -317,11 +417,61 @@ void frmSettings::CreateControls() {
   loop_.SetFilter([this](MSG& msg) { return PreTranslate(msg); });
 }
 
+void frmSettings::FitPanel() {
+  // The panel always reaches the bottom edge: as high as the window.
+  RECT outer{};
+  if (Picture2_.Hwnd() && ::GetWindowRect(Window::Hwnd(), &outer))
+    ::SetWindowPos(Picture2_.Hwnd(), nullptr, 0, 0, TwipsToPixels(kSettingsClientWidth, dpi_), outer.bottom - outer.top,
+                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void frmSettings::DpiChanged(int dpi, const RECT& suggested) {
+  dpi_ = UsableDpi(dpi);
+  const HWND form = Window::Hwnd();
+  ::SetWindowPos(form, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+  FitClientArea();
+
+  // The fonts at the new dpi, handed to their controls before they move.
+  MakeFonts();
+  const auto setFont = [](HWND control, HFONT font) {
+    if (control) ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+  };
+  for (HWND control : {Label1_, Label2_, fraTimesAndDuration_, fraFont_}) setFont(control, labelFont_.Get());
+  for (HWND control : {lblDuration_, lblFrequency_}) setFont(control, listFont_.Get());
+  setFont(lblVersion_, versionFont_.Get());
+  for (HWND control : {txtEditCat_, txtEditWord_, cmdStop_}) setFont(control, guiFont_.Get());
+  if (tooltips_) ::SendMessageW(tooltips_, TTM_SETMAXTIPWIDTH, 0, TwipsToPixels(kTooltipWidth, dpi_));
+
+  // Every control from the layout, in the new measure.
+  TabMenu_.SetDpi(dpi_);
+  const auto move = [this](HWND control, int id) {
+    const RECT r = Pixels(id);
+    if (control) ::MoveWindow(control, r.left, r.top, r.right - r.left, r.bottom - r.top, TRUE);
+  };
+  move(Picture2_.Hwnd(), kIdPicture2);
+  FitPanel();
+  for (HWND control : {Label1_, Label2_, txtEditCat_, txtEditWord_, fraTimesAndDuration_, fraFont_, lblDuration_,
+                       lblFrequency_, lblVersion_, cmdStop_})
+    if (control) move(control, ::GetDlgCtrlID(control));
+  for (isButtonWindow* button : {&cmdAddCat_, &cmdEditCat_, &cmdDeleteCat_, &cmdAdd_, &cmdEdit_, &cmdDelete_,
+                                 &cmdStart_, &cmdClose_, &cmdEditFont_})
+    if (button->Hwnd()) button->SetDpi(dpi_, LayoutOf(::GetDlgCtrlID(button->Hwnd())));
+  lstMessageCategoriesView_.Place(Pixels(kIdLstMessageCategories), listFont_.Get());
+  lstPhrasesView_.Place(Pixels(kIdLstPhrases), listFont_.Get());
+  bvlWHEEL1_.Place(Pixels(kIdBvlWheel1), dpi_, versionFont_.Get());
+  bvlWHEEL2_.Place(Pixels(kIdBvlWheel2), dpi_, versionFont_.Get());
+  ColorPicker1_.Place(Pixels(kIdColorPicker1), dpi_, guiFont_.Get());
+  Picture1_.Place(Pixels(kIdPicture1), dpi_);
+  SizeRtfHelp();
+  ::RedrawWindow(form, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
 void frmSettings::SizeRtfHelp() {
   RECT outer{};
   if (!rtfHelp_.Hwnd() || !::GetWindowRect(Window::Hwnd(), &outer)) return;
-  const int outerWidth = PixelsToTwips(outer.right - outer.left, dpiX_);
-  const int outerHeight = PixelsToTwips(outer.bottom - outer.top, dpiY_);
+  const int outerWidth = PixelsToTwips(outer.right - outer.left, dpi_);
+  const int outerHeight = PixelsToTwips(outer.bottom - outer.top, dpi_);
   int height = outerHeight - kRtfHeightMargin;
   if (600 + height > kStartRowTop - kRtfGapAboveStart) height = kStartRowTop - kRtfGapAboveStart - 600;
   const RECT r = Pixels(180, 600, outerWidth - kRtfWidthMargin, height);
@@ -549,14 +699,30 @@ LRESULT frmSettings::HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
       if (static_cast<int>(wParam) == kIdLstMessageCategories) lstMessageCategoriesView_.ShowModelHighlight();
       if (static_cast<int>(wParam) == kIdLstPhrases) lstPhrasesView_.ShowModelHighlight();
       return 0;
-    case WM_SIZE: {
-      // The panel always reaches the bottom edge.
-      RECT outer{};
-      if (Picture2_.Hwnd() && ::GetWindowRect(Window::Hwnd(), &outer))
-        ::SetWindowPos(Picture2_.Hwnd(), nullptr, 0, 0, TwipsToPixels(6870, dpiX_), outer.bottom - outer.top,
-                       SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    case WM_SIZE:
+      FitPanel();
       return 0;
+    case kGetDpiScaledSize: {
+      // The window grows with the dpi exactly as its client area does.
+      auto& size = *reinterpret_cast<SIZE*>(lParam);
+      size = OuterSize(static_cast<int>(wParam));
+      return TRUE;
     }
+    case WM_GETMINMAXINFO: {
+      // The window keeps the size of its layout even where the screen is
+      // smaller (a small screen at a large scaling).
+      const LRESULT result = Window::HandleMessage(msg, wParam, lParam);
+      auto& info = *reinterpret_cast<MINMAXINFO*>(lParam);
+      const SIZE outer = OuterSize(dpi_);
+      info.ptMaxTrackSize.x = std::max(info.ptMaxTrackSize.x, outer.cx);
+      info.ptMaxTrackSize.y = std::max(info.ptMaxTrackSize.y, outer.cy);
+      return result;
+    }
+    case WM_DPICHANGED:
+      // Moved to a monitor of another scaling (or its scaling changed):
+      // the new dpi comes with the message, with the place to go.
+      DpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+      return 0;
     case WM_CLOSE:
       // Closing the window by any other means than the Close button
       // unloads it without a question, and so ends the program.

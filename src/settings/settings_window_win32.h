@@ -8,8 +8,9 @@
 // frames of the timing and font panels), Help and About (a read-only
 // rich-text view of Help.rtf or About.rtf in the program folder, read again
 // at every click of the tab). Start, Exit and the tab bar are on every
-// page. Geometry is in twips, turned into pixels at the screen's logical
-// dots per inch.
+// page. Geometry is in twips, turned into pixels at the window's dots per
+// inch: that of the monitor it shows on, followed when it moves to a
+// monitor of another scaling.
 //
 // Keyboard: Tab and Shift+Tab walk the edit boxes, the lists, the editing
 // buttons, Start and Exit; Alt+S presses Start and Alt+X Exit.
@@ -145,10 +146,23 @@ class frmSettings final : public Window,
   HWND MakeControl(const wchar_t* className, const wchar_t* text, DWORD style, HWND parent, const RECT& bounds,
                    int id, HFONT font, DWORD exStyle = 0);
   void AddTooltip(HWND control, const char* text);
-  isButtonWindow& MakeButton(isButtonWindow& button, const TwipBounds& bounds, const char* caption, int id,
-                             std::function<void()> click, bool blueBack);
+  isButtonWindow& MakeButton(isButtonWindow& button, const char* caption, int id, std::function<void()> click,
+                             bool blueBack);
   void SetWindowIcon(StatusIcon icon);
   RECT Pixels(int left, int top, int width, int height) const;
+  // A control's place from the layout, in pixels at the window's dpi.
+  RECT Pixels(int id) const;
+  // The window's outer size whose client area is the layout's at `dpi`.
+  SIZE OuterSize(int dpi) const;
+  // The client area as large as the layout wants at the window's dpi.
+  void FitClientArea();
+  // Picture2 as high as the window, so that it reaches the bottom edge.
+  void FitPanel();
+  // The fonts of the labels, lists and boxes at the window's dpi.
+  void MakeFonts();
+  // WM_DPICHANGED: the window goes to `suggested` and lays itself out
+  // again, fonts and all, at `dpi`.
+  void DpiChanged(int dpi, const RECT& suggested);
   void SizeRtfHelp();
   void ShowPage(std::string_view rtfFile);
   void ShowMessagesPage(bool show);
@@ -191,12 +205,11 @@ class frmSettings final : public Window,
   TrayIcon tray_;
 
   // The controls, made with the window.
-  int dpiX_ = 96;
-  int dpiY_ = 96;
+  int dpi_ = 96;       // the window's dots per inch, both ways
   Font labelFont_;    // Arial 9.75 pt bold: Label1, Label2, the frames' captions
   Font listFont_;     // Arial 9.75 pt: the lists, the timing captions
   Font versionFont_;  // Arial 8.25 pt: lblVersion
-  HFONT guiFont_ = nullptr;
+  Font guiFont_;      // the default interface font: the boxes, Stop, the colours
   TabMenuWindow TabMenu_;
   SettingsPanel Picture2_;
   HWND Label1_ = nullptr;

@@ -1,12 +1,14 @@
 // Doubles for a real flasher outside the display tests: an overlay that
 // keeps what it was told and draws nothing, a generator of one fixed
-// value, and a host whose settings window and tray menu are both closed.
+// value, a host whose settings window and tray menu are both closed, and
+// a user whose notification state and window in front a test sets.
 #pragma once
 
 #include <string>
 #include <string_view>
 
 #include "display/message_flasher.h"
+#include "platform/user_attention.h"
 
 namespace qm::test {
 
@@ -50,6 +52,21 @@ class ClosedHost final : public FlasherHost {
  public:
   bool SettingsWindowVisible() const override { return false; }
   bool TrayMenuOpen() const override { return false; }
+};
+
+class SetAttention final : public UserAttention {
+ public:
+  std::optional<NotificationState> UserNotificationState() const override { return state; }
+  ForegroundWindow Foreground() const override { return foreground; }
+
+  // A window of another program covering the whole of a 1920 x 1080
+  // monitor.
+  void FullScreenProgram() {
+    foreground = {ForegroundWindow::Kind::Other, {0, 0, 1920, 1080}, {0, 0, 1920, 1080}};
+  }
+
+  std::optional<NotificationState> state;
+  ForegroundWindow foreground;
 };
 
 }  // namespace qm::test

@@ -559,6 +559,10 @@ TEST_F(IsButtonTest, CentredCaptionLiesInTheMiddleOfTheButton) {
   // Halves go to the even neighbour and the width is kept: 37 / 2 and 93 / 2.
   button.SetCaption("Edit");
   EXPECT_EQ(button.CaptionRectangle(), (ButtonRect{18, 6, 46, 22}));
+
+  // Halves that round apart would lose a pixel and break the caption in
+  // two: 43 / 2 and 225 / 2 across, 13 / 2 and 45 / 2 down.
+  EXPECT_EQ(CaptionRect(0, 134, 29, ButtonRect{4, 4, 95, 20}, 3, 16, false, 0), (ButtonRect{22, 6, 113, 22}));
 }
 
 // --- Colours and captions --------------------------------------------------

@@ -224,6 +224,38 @@ TEST_F(RunControlTest, StopButtonHoldsUntilTheSettingsWindowIsHidden) {
   EXPECT_TRUE(view.visible);
 }
 
+TEST_F(RunControlTest, AFullScreenProgramPausesTheDisplayUntilItEndsButNotAStop) {
+  test::SetAttention user;
+  flasher.HeedUser(&user);
+  Library("1Calm", {{"Calm", "1One\r\n1Two"}});
+  run.cmdStart_Click();
+  clock.Advance(frequency->Interval());  // "Two" is up when a game starts
+  user.FullScreenProgram();
+  run.STimer1_Timer();
+  EXPECT_TRUE(flasher.bStopped);
+  EXPECT_FALSE(view.visible);
+  EXPECT_FALSE(view.labelVisible);
+  user.foreground = {};
+  user.state = NotificationState::PresentationMode;
+  run.STimer1_Timer();
+  EXPECT_FALSE(view.visible);
+  user.state = NotificationState::AcceptsNotifications;
+  run.STimer1_Timer();
+  EXPECT_FALSE(flasher.bStopped);
+  EXPECT_TRUE(view.visible);
+  clock.Advance(display->Interval());  // the paused phrase's time runs out
+  EXPECT_EQ(Shown(1), (Phrases{"One"}));
+
+  // Stopped during a presentation: still stopped after it.
+  user.state = NotificationState::PresentationMode;
+  run.STimer1_Timer();
+  run.mnuStop_Click();
+  user.state.reset();
+  run.STimer1_Timer();
+  EXPECT_TRUE(flasher.bStopped);
+  EXPECT_FALSE(view.visible);
+}
+
 TEST_F(RunControlTest, TheWatchdogRestartsAHaltedCycle) {
   Library("1Calm", {{"Calm", "1One\r\n1Two"}});
   run.cmdStart_Click();

@@ -14,6 +14,7 @@
 
 #include "../../support/win32_helpers.h"
 #include "../../support/fake_prompts.h"
+#include "../../support/settings_layout_check.h"
 #include "../../support/temp_folder.h"
 #include "library/library_editing.h"
 #include "settings/settings_ids.h"
@@ -21,7 +22,9 @@
 namespace qm::win32 {
 namespace {
 
+using test::ExpectSettingsLayout;
 using test::Pump;
+using test::RectIn;
 using test::Text;
 
 using test::FakePrompts;
@@ -43,14 +46,6 @@ struct ScreenScale {
     return RECT{X(left), Y(top), X(left) + X(width), Y(top) + Y(height)};
   }
 };
-
-// A control's rectangle in the client area of `container`.
-RECT RectIn(HWND control, HWND container) {
-  RECT r{};
-  ::GetWindowRect(control, &r);
-  ::MapWindowPoints(nullptr, container, reinterpret_cast<POINT*>(&r), 2);
-  return r;
-}
 
 class SettingsWindowTest : public ::testing::Test {
  protected:
@@ -101,13 +96,11 @@ class SettingsWindowTest : public ::testing::Test {
   HWND panel = nullptr;
 };
 
-TEST_F(SettingsWindowTest, TheWindowAndItsEdgesStandWhereTheLayoutPutsThemAtThisScreensDpi) {
+TEST_F(SettingsWindowTest, ControlsStandWhereTheLayoutPutsThemAtThisScreensDpi) {
   Load();
   const ScreenScale s;
   RECT client{};
   ::GetClientRect(form, &client);
-  EXPECT_EQ(client.right, s.X(6870));
-  EXPECT_EQ(client.bottom, s.Y(6255));
   EXPECT_EQ(Text(form), "Quillmere - Settings");
   EXPECT_NE(::SendMessageW(form, WM_GETICON, ICON_BIG, 0), 0);
 
@@ -117,12 +110,9 @@ TEST_F(SettingsWindowTest, TheWindowAndItsEdgesStandWhereTheLayoutPutsThemAtThis
   EXPECT_NEAR((outer.left + outer.right) / 2, ::GetSystemMetrics(SM_CXSCREEN) / 2, 1);
   EXPECT_NEAR((outer.top + outer.bottom) / 2, ::GetSystemMetrics(SM_CYSCREEN) / 2, 1);
 
-  // The panel Picture2 starts 525 twips down and reaches the bottom edge;
-  // only the top pixel row of Stop lies inside the window.
+  ExpectSettingsLayout(form, s.dpiY, 0);
   const RECT panelRect = RectIn(panel, form);
-  EXPECT_EQ(panelRect.left, 0);
-  EXPECT_EQ(panelRect.top, s.Y(525));
-  EXPECT_GE(panelRect.bottom, client.bottom);
+  // Only the top pixel row of Stop lies inside the window.
   EXPECT_EQ(client.bottom - RectIn(Control(kIdCmdStop), form).top, 1);
   EXPECT_EQ(Text(Control(kIdCmdStop)), "Stop");
 

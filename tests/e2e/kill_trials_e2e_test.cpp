@@ -1,0 +1,397 @@
+// The real program killed at random moments while a user edits its library,
+// its timings and its look with the pointer and the keyboard. After every
+// kill each file of the program folder holds, byte for byte, the content it
+// had before the last action or the one that action gives it, and the
+// program starts again normally: its windows come, it is not taken for a
+// running copy, and the temporary files the kill left behind are removed.
+//
+// The kill comes 0 to 300 ms after an action's last input, or, every other
+// time, while the action's writes are due (as a run without kills measured
+// them), at a moment drawn by a seeded generator whose seed is printed;
+// QM_KILL_SEED=<seed> draws the same moments again.
+#include <gtest/gtest.h>
+
+#include "program_driver_win32.h"
+#include "real_input_win32.h"
+// After windows.h:
+#include <dlgs.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "settings/settings_ids.h"
+
+namespace qm::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kKills = 50;
+constexpr int kLongestDelayMs = 300;
+constexpr unsigned kDefaultSeed = 20261123;
+
+// The program's files by their path after the program folder; a missing
+// file has no entry.
+using Files = std::map<std::string, std::string>;
+
+// Visits the folder's entries matching a pattern ("\Lists\*.lst").
+template <typename Visit>
+void ForEachEntry(const ProgramFolder& folder, const char* pattern, Visit visit) {
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = ::FindFirstFileW(folder(pattern).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    std::string name;
+    for (const wchar_t c : std::wstring(found.cFileName)) name += c < 128 ? static_cast<char>(c) : '?';
+    visit(name, found);
+  } while (::FindNextFileW(search, &found));
+  ::FindClose(search);
+}
+
+std::vector<std::string> Names(const ProgramFolder& folder, const char* pattern) {
+  std::vector<std::string> names;
+  ForEachEntry(folder, pattern,
+               [&](const std::string& name, const WIN32_FIND_DATAW&) { names.push_back(name); });
+  return names;
+}
+
+// What the folder and "Lists" show of their files without opening one (which
+// would make the program wait to replace it): names, sizes, last writes.
+std::string Listing(const ProgramFolder& folder) {
+  std::string listing;
+  for (const char* pattern : {"\\*", "\\Lists\\*"})
+    ForEachEntry(folder, pattern, [&](const std::string& name, const WIN32_FIND_DATAW& data) {
+      listing += name + " " + std::to_string(data.nFileSizeLow) + " " +
+                 std::to_string(data.ftLastWriteTime.dwLowDateTime) + "\n";
+    });
+  return listing;
+}
+
+Files ReadFiles(const ProgramFolder& folder) {
+  Files files;
+  for (const char* name : {"\\__.__", "\\_._"})
+    if (folder.Has(name)) files[name] = folder.Get(name);
+  for (const std::string& name : Names(folder, "\\Lists\\*.lst"))
+    files["\\Lists\\" + name] = folder.Get("\\Lists\\" + name);
+  return files;
+}
+
+// Makes the folder hold exactly these files (the program is not running).
+void PutFiles(const ProgramFolder& folder, const Files& wanted) {
+  for (const auto& [path, bytes] : ReadFiles(folder))
+    if (!wanted.count(path)) folder.Remove(path);
+  for (const auto& [path, bytes] : wanted) folder.Put(path, bytes);
+}
+
+int Temporaries(const ProgramFolder& folder) {
+  return static_cast<int>(Names(folder, "\\~qm*.tmp").size() + Names(folder, "\\Lists\\~qm*.tmp").size());
+}
+
+std::string Show(const std::optional<std::string>& bytes) {
+  if (!bytes) return "(missing)";
+  std::string shown = "\"";
+  for (const char c : *bytes)
+    shown += c == '\r' ? std::string("\\r") : c == '\n' ? std::string("\\n") : std::string(1, c);
+  return shown + "\"";
+}
+
+std::optional<std::string> In(const Files& files, const std::string& path) {
+  const auto found = files.find(path);
+  return found == files.end() ? std::nullopt : std::optional<std::string>(found->second);
+}
+
+std::string Show(const Files& files) {
+  std::string shown;
+  for (const auto& [path, bytes] : files) shown += "\n  " + path + " " + Show(bytes);
+  return shown;
+}
+
+// When an action's writes come, in milliseconds after its last input: the
+// first and the last change of the folder's listing (a temporary file made,
+// a file replaced or deleted) before it stays quiet for half a second; -1
+// when nothing changed within 8 s.
+struct Writes {
+  int first = 0;
+  int last = 0;
+};
+
+Writes WaitForWrites(const ProgramFolder& folder) {
+  const auto sent = std::chrono::steady_clock::now();
+  const auto since = [&] {
+    return static_cast<int>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - sent)
+            .count());
+  };
+  std::string listing = Listing(folder);
+  Writes writes{-1, -1};
+  for (int quiet = 0; writes.first < 0 ? since() < 8000 : since() - quiet < 500; ::Sleep(1)) {
+    std::string later = Listing(folder);
+    if (later == listing) continue;
+    listing = std::move(later);
+    quiet = writes.last = since();
+    if (writes.first < 0) writes.first = writes.last;
+  }
+  return writes;
+}
+
+HWND Focused(HWND form) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  return ::GetGUIThreadInfo(::GetWindowThreadProcessId(form, nullptr), &info) ? info.hwndFocus : nullptr;
+}
+
+// An action's last input is sent without the pause the shared helpers
+// leave after theirs, so the kill's delay counts from it.
+void LastKey(WORD vk) {
+  Key(vk, false);
+  Key(vk, true);
+}
+void LastClick(HWND control) {
+  const POINT at = Middle(control);
+  SendMouse(MOUSEEVENTF_MOVE, at);
+  ::Sleep(50);
+  SendMouse(MOUSEEVENTF_LEFTDOWN, at);
+  ::Sleep(30);
+  SendMouse(MOUSEEVENTF_LEFTUP, at);
+}
+
+// Highlights a row of a list by a click on its first row and the Down key.
+void SelectRow(HWND form, int listId, int row) {
+  Click(Control(form, listId), 60, 8);
+  for (int i = 0; i < row; ++i) PressKey(VK_DOWN);
+}
+
+// Gives a control the focus with Tab from the phrase box, as a keyboard
+// user reaches the wheels without turning them.
+void TabTo(HWND form, int id) {
+  const HWND target = Control(form, id);
+  Click(Control(form, kIdTxtEditWord));
+  for (int i = 0; i < 40 && Focused(form) != target; ++i) {
+    const HWND was = Focused(form);
+    LastKey(VK_TAB);
+    WaitFor([&] { return Focused(form) != was; }, 1s);
+  }
+}
+
+// The colour one row down or up in the open drop-down, taken with Enter.
+void StepColour(HWND form, WORD arrow) {
+  const HWND combo = Control(form, kIdColorPicker1);
+  Click(combo);
+  WaitFor([&] { return ::SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; }, 2s);
+  PressKey(arrow);
+  LastKey(VK_RETURN);
+}
+
+// Edit Font, a size typed into the chooser, OK.
+void ChooseFontSize(const RunningProgram& program, HWND form, std::wstring_view size) {
+  Click(Control(form, kIdCmdEditFont));
+  HWND dialog = nullptr;
+  WaitFor([&] { return (dialog = program.MessageBox()) != nullptr; }, 5s);
+  ::Sleep(300);
+  const HWND sizeEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb3), nullptr, L"Edit", nullptr);
+  ClickScreen(Middle(sizeEdit));
+  ::SendMessageW(sizeEdit, EM_SETSEL, 0, -1);
+  TypeText(size);
+  LastClick(::GetDlgItem(dialog, IDOK));
+}
+
+struct Action {
+  const char* name;
+  std::function<void(const RunningProgram&, HWND form)> run;  // ends with its last input
+};
+
+// A round of edits that brings every file back to its first content. The
+// categories are listed Calm, Focus, then Kettle or Lantern; a category's
+// phrases in alphabetical order.
+std::vector<Action> Round() {
+  const auto addPhrase = [](int category, const wchar_t* phrase) {
+    return [=](const RunningProgram&, HWND form) {
+      SelectRow(form, kIdLstMessageCategories, category);
+      TypeInto(Control(form, kIdTxtEditWord), phrase);
+      LastKey(VK_RETURN);
+    };
+  };
+  const auto toggleFocus = [](const RunningProgram&, HWND form) {
+    SelectRow(form, kIdLstMessageCategories, 1);
+    LastKey(VK_SPACE);
+  };
+  const auto toggleRest = [](const RunningProgram&, HWND form) {
+    SelectRow(form, kIdLstMessageCategories, 1);
+    SelectRow(form, kIdLstPhrases, 0);
+    LastKey(VK_SPACE);
+  };
+  const auto wheel = [](int id, WORD key) {
+    return [=](const RunningProgram&, HWND form) {
+      TabTo(form, id);
+      LastKey(key);
+    };
+  };
+  return {
+      {"add a phrase to Calm", addPhrase(0, L"Relax now")},
+      {"duration to its top", wheel(kIdBvlWheel1, VK_END)},
+      {"add the category Kettle",
+       [](const RunningProgram&, HWND form) {
+         TypeInto(Control(form, kIdTxtEditCat), L"Kettle");
+         LastClick(Control(form, kIdCmdAddCat));
+       }},
+      {"check Focus", toggleFocus},
+      {"the next colour", [](const RunningProgram&, HWND form) { StepColour(form, VK_DOWN); }},
+      {"check the phrase Rest", toggleRest},
+      {"rename Kettle to Lantern",
+       [](const RunningProgram&, HWND form) {
+         SelectRow(form, kIdLstMessageCategories, 2);
+         Click(Control(form, kIdCmdEditCat));
+         TypeInto(Control(form, kIdTxtEditCat), L"Lantern");
+         LastClick(Control(form, kIdCmdAddCat));
+       }},
+      {"font size 14", [](const RunningProgram& p, HWND form) { ChooseFontSize(p, form, L"14"); }},
+      {"add a phrase to Lantern", addPhrase(2, L"Glow")},
+      {"frequency to its top", wheel(kIdBvlWheel2, VK_END)},
+      {"delete the category Lantern",
+       [](const RunningProgram& program, HWND form) {
+         SelectRow(form, kIdLstMessageCategories, 2);
+         Click(Control(form, kIdCmdDeleteCat));
+         HWND box = nullptr;
+         WaitFor([&] { return (box = program.MessageBox()) != nullptr; }, 5s);
+         LastClick(::GetDlgItem(box, IDYES));
+       }},
+      {"uncheck Focus", toggleFocus},
+      {"duration to its bottom", wheel(kIdBvlWheel1, VK_HOME)},
+      {"uncheck the phrase Rest", toggleRest},
+      {"the colour before", [](const RunningProgram&, HWND form) { StepColour(form, VK_UP); }},
+      {"delete a phrase of Calm",
+       [](const RunningProgram&, HWND form) {
+         SelectRow(form, kIdLstMessageCategories, 0);
+         SelectRow(form, kIdLstPhrases, 1);
+         LastClick(Control(form, kIdCmdDelete));
+       }},
+      {"font size 12", [](const RunningProgram& p, HWND form) { ChooseFontSize(p, form, L"12"); }},
+      {"frequency to its bottom", wheel(kIdBvlWheel2, VK_HOME)},
+  };
+}
+
+const Files kFirstFiles = {
+    {"\\Lists\\Calm.lst", "1Breathe"},
+    {"\\Lists\\Focus.lst", "0Rest\r\n1Work"},
+    {"\\_._", "1Calm\r\n0Focus"},
+    {"\\__.__", "Arial\r\n12\r\nFalse\r\nFalse\r\n255\r\n1\r\n1"},
+};
+
+unsigned Seed() {
+  const char* given = std::getenv("QM_KILL_SEED");
+  return given && *given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : kDefaultSeed;
+}
+
+TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastActionAndTheProgramStartsAgain) {
+  const unsigned seed = Seed();
+  std::printf("kill trials: seed %u (QM_KILL_SEED=%u draws its moments again)\n", seed, seed);
+  std::fflush(stdout);
+  std::mt19937 random(seed);
+  ProgramFolder folder;
+  PutFiles(folder, kFirstFiles);
+  const std::vector<Action> actions = Round();
+
+  // One run without a kill gives the files after each action (states[i]
+  // before action i, states[i + 1] after it) and when its writes come.
+  std::vector<Files> states{ReadFiles(folder)};
+  std::vector<Writes> writes;
+  {
+    RunningProgram program(folder, "firstrun");
+    const HWND form = StartFirstRun(program);
+    ASSERT_NE(form, nullptr);
+    for (const Action& action : actions) {
+      action.run(program, form);
+      writes.push_back(WaitForWrites(folder));
+      states.push_back(ReadFiles(folder));
+      ASSERT_NE(states.back(), states[states.size() - 2]) << action.name << " changed no file";
+    }
+  }
+  std::printf("kill trials: writes after the last input (ms):");
+  for (const Writes& w : writes) std::printf(" %d-%d", w.first, w.last);
+  std::printf("\n");
+  EXPECT_EQ(Show(states.back()), Show(states.front())) << "the round does not come back to its start";
+
+  std::optional<RunningProgram> program;
+  HWND form = nullptr;
+  // Starts the program on the folder as it is and checks it comes up.
+  const auto start = [&] {
+    program.reset();
+    program.emplace(folder, "firstrun");
+    form = StartFirstRun(*program);
+    ASSERT_NE(form, nullptr) << "no window after the start";
+    EXPECT_TRUE(program->Running());
+    EXPECT_NE(program->Overlay(), nullptr);
+    EXPECT_EQ(Temporaries(folder), 0) << "temporary files of the last kill outlived the start";
+  };
+
+  std::size_t next = 0;  // the action to do; the folder holds states[next]
+  int unchanged = 0, whole = 0, mixed = 0, temporaries = 0;
+  const auto began = std::chrono::steady_clock::now();
+  for (int kill = 0; kill < kKills; ++kill) {
+    const Action& action = actions[next];
+    // Every other kill is aimed at the action's writes, from a little before
+    // the first to a little after the last; the others come at any moment.
+    const Writes& aim = writes[next];
+    const int delay =
+        kill % 2 ? std::uniform_int_distribution<int>(std::max(aim.first - 10, 0), aim.last + 10)(random)
+                 : std::uniform_int_distribution<int>(0, kLongestDelayMs)(random);
+    SCOPED_TRACE("kill " + std::to_string(kill) + " of seed " + std::to_string(seed) + ": " + action.name +
+                 ", killed " + std::to_string(delay) + " ms after its last input");
+    ASSERT_NO_FATAL_FAILURE(start());
+    const Files before = states[next], after = states[next + 1];
+    if (ReadFiles(folder) != before) {
+      // The last kill left some files before and some after its action:
+      // the program came up on them; the round goes on from the action's
+      // result.
+      PutFiles(folder, before);
+      ASSERT_NO_FATAL_FAILURE(start());
+    }
+    ASSERT_EQ(Show(ReadFiles(folder)), Show(before)) << "the start changed files";
+
+    action.run(*program, form);
+    ::Sleep(static_cast<DWORD>(delay));
+    ASSERT_TRUE(::TerminateProcess(program->Process(), 1));
+    ASSERT_TRUE(program->WaitForExit(5s));
+    program.reset();
+
+    const Files now = ReadFiles(folder);
+    std::set<std::string> paths;
+    for (const Files* files : {&before, &after, &now})
+      for (const auto& entry : *files) paths.insert(entry.first);
+    for (const std::string& path : paths) {
+      const auto held = In(now, path);
+      EXPECT_TRUE(held == In(before, path) || held == In(after, path))
+          << path << " holds " << Show(held) << ", neither " << Show(In(before, path)) << " nor "
+          << Show(In(after, path));
+    }
+    if (::testing::Test::HasFailure()) return;
+    temporaries += Temporaries(folder);
+    if (now == before) {
+      ++unchanged;
+    } else {
+      ++(now == after ? whole : mixed);
+      next = (next + 1) % actions.size();
+    }
+  }
+  const auto took = std::chrono::steady_clock::now() - began;
+  ASSERT_NO_FATAL_FAILURE(start());  // after the last kill too
+
+  std::printf(
+      "kill trials: %d kills in %.1f s, %lld ms a trial (start, action, kill, check); files unchanged %d, "
+      "changed %d, partly changed %d; %d temporary files left by the kills\n",
+      kKills, std::chrono::duration<double>(took).count(),
+      static_cast<long long>(std::chrono::duration_cast<std::chrono::milliseconds>(took).count() / kKills),
+      unchanged, whole, mixed, temporaries);
+}
+
+}  // namespace
+}  // namespace qm::test

@@ -1,0 +1,194 @@
+// The library and the settings on Windows' own file system when the folder
+// is against them: files marked read-only, files another program holds open
+// sharing nothing, and a program folder whose path is longer than MAX_PATH.
+// Each change is refused with one stop box and the file kept byte for byte,
+// or it is saved.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+
+#include "../../support/fake_prompts.h"
+#include "../../support/file_holder_win32.h"
+#include "../../support/temp_folder.h"
+#include "library/library_editing.h"
+#include "library/settings_store.h"
+#include "platform/wide_text_win32.h"
+
+namespace qm {
+namespace {
+
+using test::TempFolder;
+
+// What the settings window holds of the library and the settings.
+struct Program {
+  explicit Program(std::string programFolder) : folder(std::move(programFolder)) {
+    library.StartUp();
+    settings.ReadSettings();
+    settings.Tell = [this](const std::string& text) {
+      prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok);
+    };
+  }
+  // The stop boxes shown since the last call.
+  int StopBoxes() {
+    int count = 0;
+    for (const auto& shown : prompts.shown) count += shown.icon == PromptIcon::Critical;
+    prompts.shown.clear();
+    return count;
+  }
+
+  std::string folder;
+  test::FakePrompts prompts;
+  test::CountingEventPump pump;
+  CheckedList categories, phrases;
+  MessageLibrary library{folder, SystemFileSystem(), prompts, pump, categories, phrases};
+  LibraryEditing editing{library, categories, phrases, SystemFileSystem(), prompts, pump};
+  SettingsStore settings{SystemFileSystem(), folder};
+};
+
+struct Change {
+  const char* file;
+  std::function<void(Program&)> make;
+};
+
+// One change of each file, made again by a second call.
+const Change kChanges[] = {
+    {"\\_._",
+     [](Program& p) {
+       p.categories.SetItemChecked(p.categories.Find("Sleep"), true);
+       p.library.lstMessageCategories_ItemCheck();
+     }},
+    {"\\__.__",
+     [](Program& p) {
+       p.settings.Record().frequency =
+           static_cast<std::int16_t>(p.settings.Record().frequency.value_or(0) + 1);
+       p.settings.SaveSettings();
+     }},
+    {"\\Lists\\Calm.lst",
+     [](Program& p) {
+       p.editing.txtEditWord = "Phrase " + std::to_string(p.phrases.ListCount());
+       p.editing.cmdAdd_Click();
+     }},
+};
+
+void PutLibrary(const TempFolder& dir) {
+  dir.Put("\\Lists\\Calm.lst", "1A");
+  dir.Put("\\Lists\\Sleep.lst", "1Z");
+  dir.Put("\\_._", "1Calm\r\n0Sleep");
+  dir.Put("\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3");
+}
+
+TEST(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
+  TempFolder dir;
+  PutLibrary(dir);
+  Program program(dir.Path());
+  for (const Change& change : kChanges) {
+    SCOPED_TRACE(change.file);
+    const std::string before = dir.Get(change.file);
+    ASSERT_TRUE(::SetFileAttributesW(dir.Native(change.file).c_str(), FILE_ATTRIBUTE_READONLY));
+    change.make(program);
+    EXPECT_EQ(program.StopBoxes(), 1);
+    EXPECT_EQ(dir.Get(change.file), before);
+    ::SetFileAttributesW(dir.Native(change.file).c_str(), FILE_ATTRIBUTE_NORMAL);
+  }
+}
+
+TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
+  TempFolder dir;
+  PutLibrary(dir);
+  Program program(dir.Path());
+  for (const Change& change : kChanges) {
+    SCOPED_TRACE(change.file);
+    const std::string before = dir.Get(change.file);
+    // Held well beyond the wait: the change must give up before it ends.
+    test::FileHolder holder(QM_HOLD_FILE_EXE, dir.Native(change.file).wstring(), 6000);
+    ASSERT_TRUE(holder.Held());
+    const auto start = std::chrono::steady_clock::now();
+    change.make(program);
+    const auto waited =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    std::printf("%s held by another program: refused after %lld ms\n", change.file,
+                static_cast<long long>(waited.count()));
+    EXPECT_EQ(program.StopBoxes(), 1);
+    holder.Release();
+    EXPECT_EQ(dir.Get(change.file), before);
+    change.make(program);
+    EXPECT_EQ(program.StopBoxes(), 0);
+    EXPECT_NE(dir.Get(change.file), before);
+  }
+}
+
+// Setting up and checking a long path goes around the code under test, in
+// the long form.
+std::wstring Long(const std::string& path) {
+  return L"\\\\?\\" + *win32::WidenStrict(path);
+}
+void PutLong(const std::string& path, std::string_view bytes) {
+  const HANDLE file = ::CreateFileW(Long(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  DWORD wrote = 0;
+  ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &wrote, nullptr);
+  ::CloseHandle(file);
+}
+std::string GetLong(const std::string& path) {
+  const HANDLE file =
+      ::CreateFileW(Long(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return "(no file)";
+  std::string bytes(4096, '\0');
+  DWORD got = 0;
+  ::ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
+  ::CloseHandle(file);
+  bytes.resize(got);
+  return bytes;
+}
+void RemoveTree(const std::wstring& longPath) {
+  WIN32_FIND_DATAW data;
+  const HANDLE find = ::FindFirstFileW((longPath + L"\\*").c_str(), &data);
+  if (find != INVALID_HANDLE_VALUE) {
+    do {
+      const std::wstring name = data.cFileName;
+      if (name == L"." || name == L"..") continue;
+      if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+        RemoveTree(longPath + L"\\" + name);
+      else
+        ::DeleteFileW((longPath + L"\\" + name).c_str());
+    } while (::FindNextFileW(find, &data));
+    ::FindClose(find);
+  }
+  ::RemoveDirectoryW(longPath.c_str());
+}
+
+TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
+  TempFolder dir;
+  const std::string outer = dir.Path() + "\\" + std::string(120, 'a');
+  const std::string folder = outer + "\\" + std::string(120, 'b');
+  for (const std::string& part : {outer, folder, folder + "\\Lists"})
+    ASSERT_TRUE(::CreateDirectoryW(Long(part).c_str(), nullptr));
+  PutLong(folder + "\\Lists\\Calm.lst", "1A");
+  PutLong(folder + "\\_._", "1Calm");
+  {
+    // Given with a "." part, which the long form does not resolve itself.
+    Program program(outer + "\\.\\" + std::string(120, 'b'));
+    ASSERT_GT(program.library.CategoryPath("Calm").size(), std::size_t{MAX_PATH});
+    ASSERT_EQ(program.categories.ListCount(), 1);
+    EXPECT_TRUE(program.categories.Items()[0].checked);
+    ASSERT_EQ(program.phrases.ListCount(), 1);
+    program.editing.txtEditWord = "B";
+    program.editing.cmdAdd_Click();
+    program.editing.txtEditCat = "Sleep";
+    program.editing.cmdAddCat_Click();
+    program.settings.Record().frequency = 7;
+    program.settings.SaveSettings();
+    EXPECT_EQ(program.StopBoxes(), 0);
+  }
+  EXPECT_EQ(GetLong(folder + "\\Lists\\Calm.lst"), "1A\r\n1B");
+  EXPECT_EQ(GetLong(folder + "\\Lists\\Sleep.lst"), "");
+  EXPECT_EQ(GetLong(folder + "\\_._"), "1Calm\r\n0Sleep");
+  EXPECT_EQ(GetLong(folder + "\\__.__"), "\r\n\r\n\r\n\r\n\r\n\r\n7");
+  RemoveTree(Long(outer));
+}
+
+}  // namespace
+}  // namespace qm
