@@ -55,7 +55,7 @@ bool PhraseOnScreen(const RunningProgram& program) {
   const HWND overlay = program.Overlay();
   RECT r{};
   return overlay && ::IsWindowVisible(overlay) && ::GetWindowRect(overlay, &r) &&
-         CountScreenPixels(r, kRed) > 0;
+         CountScreenColour(r, kRed) > 0;
 }
 
 TEST(OverlayAmongPrograms, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhrasesAwayUntilItCloses) {

@@ -34,30 +34,6 @@ std::string Entry(const ProgramFolder& folder, int line) {
   return file.substr(start, file.find("\r\n", start) - start);
 }
 
-// A visible top-level window of the program of a class (and a title).
-struct Finding {
-  DWORD process;
-  const char* cls;
-  HWND found;
-};
-BOOL CALLBACK FindVisible(HWND hwnd, LPARAM param) {
-  auto& f = *reinterpret_cast<Finding*>(param);
-  DWORD pid = 0;
-  ::GetWindowThreadProcessId(hwnd, &pid);
-  char cls[64] = {};
-  ::GetClassNameA(hwnd, cls, sizeof cls);
-  if (pid == f.process && ::IsWindowVisible(hwnd) && std::string(cls) == f.cls) {
-    f.found = hwnd;
-    return FALSE;
-  }
-  return TRUE;
-}
-HWND VisibleWindow(const RunningProgram& program, const char* cls) {
-  Finding f{::GetProcessId(program.Process()), cls, nullptr};
-  ::EnumWindows(FindVisible, reinterpret_cast<LPARAM>(&f));
-  return f.found;
-}
-
 // The row of the colour drop-down showing `text`, as the program lists it.
 int SwatchRow(const char* text) {
   const ColorSwatches swatches;
@@ -71,7 +47,7 @@ void PickColour(const RunningProgram& program, HWND form, const char* text) {
   const HWND combo = Control(form, kIdColorPicker1);
   ClickScreen(Middle(combo));
   HWND list = nullptr;
-  ASSERT_TRUE(WaitFor([&] { return (list = VisibleWindow(program, "ComboLBox")) != nullptr; }, 3s));
+  ASSERT_TRUE(WaitFor([&] { return (list = program.VisibleWindow("ComboLBox")) != nullptr; }, 3s));
   const int height = static_cast<int>(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
   const int top = static_cast<int>(::SendMessageW(list, LB_GETTOPINDEX, 0, 0));
   POINT at{8 + height, (SwatchRow(text) - top) * height + height / 2};
@@ -142,7 +118,7 @@ TEST(Panels, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSavesEachTurn)
 HWND OpenFontChooser(const RunningProgram& program, HWND form) {
   ClickScreen(Middle(Control(form, kIdCmdEditFont)));
   HWND dialog = nullptr;
-  WaitFor([&] { return (dialog = VisibleWindow(program, "#32770")) != nullptr; }, 5s);
+  WaitFor([&] { return (dialog = program.VisibleWindow("#32770")) != nullptr; }, 5s);
   if (dialog) ::Sleep(300);
   return dialog;
 }
@@ -168,7 +144,7 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
   const HWND preview = Control(form, kIdPicture1);
   RECT previewRect{};
   ::GetWindowRect(preview, &previewRect);
-  const int greyBefore = CountScreenPixels(previewRect, RGB(192, 192, 192));
+  const int greyBefore = CountScreenColour(previewRect, RGB(192, 192, 192));
   dialog = OpenFontChooser(program, form);
   ASSERT_NE(dialog, nullptr);
   const HWND sizeEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb3), nullptr, L"Edit", nullptr);
@@ -194,7 +170,7 @@ TEST(Panels, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRounded
       << folder.Get("\\__.__");
   // The preview's text grew: far more of its grey on the screen.
   ::Sleep(300);
-  EXPECT_GT(CountScreenPixels(previewRect, RGB(192, 192, 192)), greyBefore * 2);
+  EXPECT_GT(CountScreenColour(previewRect, RGB(192, 192, 192)), greyBefore * 2);
 }
 
 TEST(Panels, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlmostWhite) {
@@ -210,18 +186,18 @@ TEST(Panels, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlm
   RECT light = preview, dark = preview;
   light.right = (preview.left + preview.right) / 2 - 2;
   dark.left = (preview.left + preview.right) / 2 + 2;
-  EXPECT_EQ(CountScreenPixels(preview, RGB(255, 0, 0)), 0);
+  EXPECT_EQ(CountScreenColour(preview, RGB(255, 0, 0)), 0);
 
   PickColour(program, form, "White");
   EXPECT_TRUE(WaitFor([&] { return Entry(folder, 4) == "16777214"; }, 3s)) << Entry(folder, 4);
   EXPECT_EQ(AsciiText(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
-  EXPECT_GT(CountScreenPixels(dark, RGB(254, 255, 255)), 20);
+  EXPECT_GT(CountScreenColour(dark, RGB(254, 255, 255)), 20);
 
   PickColour(program, form, "Red");
   EXPECT_TRUE(WaitFor([&] { return Entry(folder, 4) == "255"; }, 3s)) << Entry(folder, 4);
   ::Sleep(200);
-  EXPECT_GT(CountScreenPixels(light, RGB(255, 0, 0)), 20) << "red on the white half";
-  EXPECT_GT(CountScreenPixels(dark, RGB(255, 0, 0)), 20) << "red on the black half";
+  EXPECT_GT(CountScreenColour(light, RGB(255, 0, 0)), 20) << "red on the white half";
+  EXPECT_GT(CountScreenColour(dark, RGB(255, 0, 0)), 20) << "red on the black half";
 
   // Start (Alt+S): the next phrase comes in red.
   Key(VK_MENU, false);
@@ -235,7 +211,7 @@ TEST(Panels, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlm
         RECT r{};
         if (!overlay || !::IsWindowVisible(overlay) || program.OverlayPhrase() != "Breathe slowly") return false;
         ::GetWindowRect(overlay, &r);
-        red = CountScreenPixels(r, RGB(255, 0, 0));
+        red = CountScreenColour(r, RGB(255, 0, 0));
         return red > 50;
       },
       8s);

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "display/overlay_query_win32.h"
+#include "../support/overlay_phrase_win32.h"
 
 namespace qm::test {
 
@@ -208,44 +208,13 @@ std::string RunningProgram::MessageBoxText(HWND box) {
   return text;
 }
 
-namespace {
-
-// Takes the overlay's answer to the phrase query (WM_COPYDATA).
-LRESULT CALLBACK PhraseAnswerProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
-  if (msg == WM_COPYDATA) {
-    auto* answer = reinterpret_cast<std::optional<std::string>*>(::GetWindowLongPtrW(hwnd, GWLP_USERDATA));
-    const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-    if (!answer || data->dwData != qm::win32::kOverlayPhraseReply) return FALSE;
-    *answer = std::string(static_cast<const char*>(data->lpData), data->cbData);
-    return TRUE;
-  }
-  return ::DefWindowProcW(hwnd, msg, wParam, lParam);
-}
-
-}  // namespace
-
 std::optional<std::string> RunningProgram::OverlayPhrase() const {
   const HWND overlay = Overlay();
-  if (!overlay) return std::nullopt;
-  static const ATOM windowClass = [] {
-    WNDCLASSW c{};
-    c.lpfnWndProc = PhraseAnswerProc;
-    c.hInstance = ::GetModuleHandleW(nullptr);
-    c.lpszClassName = L"QuillmereE2ePhraseAnswer";
-    return ::RegisterClassW(&c);
-  }();
-  HWND receiver = ::CreateWindowExW(0, reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(windowClass)), L"", 0,
-                                    0, 0, 0, 0, HWND_MESSAGE, nullptr, ::GetModuleHandleW(nullptr), nullptr);
-  if (!receiver) return std::nullopt;
-  std::optional<std::string> answer;
-  ::SetWindowLongPtrW(receiver, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&answer));
-  DWORD_PTR result = 0;
-  const bool sent =
-      ::SendMessageTimeoutW(overlay, ::RegisterWindowMessageW(qm::win32::kOverlayPhraseQuery),
-                            reinterpret_cast<WPARAM>(receiver), 0, SMTO_ABORTIFHUNG, 2000, &result) != 0;
-  ::DestroyWindow(receiver);
-  if (!sent || result != 1) return std::nullopt;
-  return answer;
+  return overlay ? AskOverlayPhrase(overlay) : std::nullopt;
+}
+
+HWND RunningProgram::VisibleWindow(const char* className) const {
+  return FirstVisible(Windows(className));
 }
 
 void RunningProgram::TrayMouse(UINT mouseMessage) const {
@@ -256,34 +225,6 @@ void RunningProgram::ChooseFromMenu(int stepsUp) const {
   const HWND menu = OpenMenu();
   for (int i = 0; i < stepsUp; ++i) ::PostMessageA(menu, WM_KEYDOWN, VK_UP, 0);
   ::PostMessageA(menu, WM_KEYDOWN, VK_RETURN, 0);
-}
-
-int CountScreenPixels(const RECT& area, COLORREF color) {
-  const int width = area.right - area.left;
-  const int height = area.bottom - area.top;
-  if (width <= 0 || height <= 0) return 0;
-  HDC screen = ::GetDC(nullptr);
-  HDC memory = ::CreateCompatibleDC(screen);
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = -height;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  void* bits = nullptr;
-  HBITMAP bitmap = ::CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  HGDIOBJ old = ::SelectObject(memory, bitmap);
-  ::BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY | CAPTUREBLT);
-  int count = 0;
-  const auto* pixels = static_cast<const DWORD*>(bits);
-  const DWORD wanted = (GetRValue(color) << 16) | (GetGValue(color) << 8) | GetBValue(color);
-  for (int i = 0; i < width * height; ++i)
-    if ((pixels[i] & 0xFFFFFF) == wanted) ++count;
-  ::SelectObject(memory, old);
-  ::DeleteObject(bitmap);
-  ::DeleteDC(memory);
-  ::ReleaseDC(nullptr, screen);
-  return count;
 }
 
 }  // namespace qm::test

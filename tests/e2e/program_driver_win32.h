@@ -13,6 +13,8 @@
 #include <string_view>
 #include <vector>
 
+#include "../support/win32_helpers.h"
+
 namespace qm::test {
 
 // The built program, from the build (a POSIX path under Wine becomes the
@@ -72,6 +74,8 @@ class RunningProgram {
   std::vector<HWND> Windows(const char* className) const;
   HWND SettingsWindow() const;
   HWND Overlay() const;
+  // The first visible top-level window of the program of a class.
+  HWND VisibleWindow(const char* className) const;
   // The tray menu while it is open, a message box while one is shown.
   HWND OpenMenu() const;
   HWND MessageBox() const;
@@ -91,8 +95,5 @@ class RunningProgram {
   HANDLE process_ = nullptr;
   DWORD processId_ = 0;
 };
-
-// Pixels of one colour in a rectangle of the screen.
-int CountScreenPixels(const RECT& area, COLORREF color);
 
 }  // namespace qm::test

@@ -38,7 +38,7 @@ bool PhraseOnScreen(const RunningProgram& program) {
   const HWND overlay = program.Overlay();
   RECT r{};
   return overlay && ::IsWindowVisible(overlay) && ::GetWindowRect(overlay, &r) &&
-         CountScreenPixels(r, kRed) > 0;
+         CountScreenColour(r, kRed) > 0;
 }
 
 std::string WindowText(HWND hwnd) {

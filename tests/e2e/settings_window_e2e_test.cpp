@@ -89,20 +89,6 @@ TEST(SettingsWindow, TheTrayMenusSettingsOpensTheWindowAndEachTabShowsItsPage) {
   EXPECT_FALSE(::IsWindowVisible(version));
 }
 
-TEST(SettingsWindow, TheFirstRunShowsTheWindowWithItsHintAndShowsNoPhrase) {
-  ProgramFolder folder;
-  folder.Put("\\Lists\\Calm.lst", "1Breathe");
-  folder.Put("\\_._", "1Calm");
-  folder.Put("\\__.__", kSettings);
-  RunningProgram program(folder, "FIRSTRUN");
-  const HWND form = StartFirstRun(program);
-  ASSERT_NE(form, nullptr);
-  EXPECT_TRUE(::IsWindowVisible(form));
-  // Phrases come every second once started: none comes while stopped.
-  ::Sleep(2500);
-  EXPECT_FALSE(program.Overlay() && ::IsWindowVisible(program.Overlay()));
-}
-
 TEST(SettingsWindow, TypingAndClickingAddsRenamesAndDeletesWithTheExpectedBytesOnDisk) {
   ProgramFolder folder;
   folder.Put("\\__.__", kSettings);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <deque>
 #include <map>
+#include <new>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -142,6 +143,22 @@ TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
   EXPECT_FALSE(view.labelVisible);
   clock.Advance(1ms);
   EXPECT_EQ(view.caption, "I love this program");  // element 1: the index starts at 0
+}
+
+// The timers outlive the flasher in the settings window's teardown: a tick
+// after the flasher is gone reaches nothing. (Its storage is kept, so a
+// tick left behind would show in the view's log rather than anywhere.)
+TEST_F(FlasherTest, ADestroyedFlasherLeavesItsTimersSilent) {
+  alignas(frmMessage) unsigned char storage[sizeof(frmMessage)];
+  auto* second = new (storage) frmMessage(view, *frequency, *display, random, host);
+  second->Form_Load({1024, 768}, 1);
+  second->Begin();
+  clock.Advance(frequency->Interval());  // a phrase is up: both timers run
+  ASSERT_TRUE(display->Enabled());
+  second->~frmMessage();
+  view.log.clear();
+  clock.Advance(10s);
+  EXPECT_TRUE(view.log.empty());
 }
 
 TEST_F(FlasherTest, ScreenSizeIsKeptRoundedHalfToEvenAndAbsurdMetricsStillPlace) {

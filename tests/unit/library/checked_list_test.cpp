@@ -58,6 +58,24 @@ TEST(CheckedListTest, TheHighlightFollowsItsItem) {
   EXPECT_EQ(list.Tag(), "-1");
 }
 
+// The notices a list gives, by kind.
+struct Notices final : CheckedListObserver {
+  void OnListChanged(const CheckedList&, const ListChange& change) override { kinds.push_back(change.kind); }
+  std::vector<ListChange::Kind> kinds;
+};
+
+TEST(CheckedListTest, ANewTextThatSortsWhereItStandsChangesTheRowInPlace) {
+  CheckedList list;
+  list.Assign({{"a"}, {"b"}, {"c"}});
+  Notices notices;
+  list.AddObserver(notices);
+  EXPECT_EQ(list.SetItemText(1, "A"), 1);  // equal to the one before it
+  EXPECT_EQ(list.SetItemText(1, "C"), 1);  // equal to the one after it
+  EXPECT_EQ(Texts(list.Items()), "-a -C -c ");
+  EXPECT_EQ(notices.kinds,
+            (std::vector<ListChange::Kind>{ListChange::Kind::Changed, ListChange::Kind::Changed}));
+}
+
 // A list box as the settings window keeps one: rebuilt only on Reset, and
 // otherwise changed row by row as it is told.
 class MirrorBox final : public CheckedListObserver {

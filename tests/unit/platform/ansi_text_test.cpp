@@ -73,6 +73,11 @@ TEST(AnsiUtf8, RefusesWhatWindows1252CannotHoldAndWhatIsNotUtf8) {
   EXPECT_EQ(Utf8ToAnsi("\xED\xA0\x80"), std::nullopt);      // a surrogate
   EXPECT_EQ(Utf8ToAnsi("\xF4\x90\x80\x80"), std::nullopt);  // beyond U+10FFFF
   EXPECT_EQ(Utf8ToAnsi("\xC3\xA9\xC3"), std::nullopt);      // good start, bad end
+  EXPECT_EQ(Utf8ToAnsi("\xC2\x80"), std::nullopt);          // U+0080, which byte 0x80 is not
+  std::size_t pos = 0;
+  EXPECT_EQ(NextUtf8CodePoint("\x81\x80\x80\x80", pos), std::nullopt);  // no lead byte at all
+  pos = 0;
+  EXPECT_EQ(NextUtf8CodePoint("\xF5\x80\x80\x80", pos), std::nullopt);  // past the last lead byte
 }
 
 TEST(AnsiUtf8, EveryByteSurvivesTheRoundTrip) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <typeindex>
 #include <utility>
 #include <vector>
 
@@ -20,12 +19,6 @@ RuntimeError Raised(F&& f) {
   }
   ADD_FAILURE() << "nothing was raised";
   return RuntimeError(0, "", "");
-}
-
-TEST(ScreenDisplayInfo, BitsPerPixelCodes) {
-  const std::pair<int, int> cases[] = {{1, 2},   {2, 2},   {4, 4}, {8, 8}, {15, 0}, {16, 16},
-                                       {24, 24}, {32, 32}, {0, 0}, {3, 0}, {64, 0}, {-1, 0}};
-  for (auto [raw, code] : cases) EXPECT_EQ(BitsPerPixelCode(raw), code) << raw;
 }
 
 TEST(ScreenDisplayInfo, DeviceCapsGiveSizeAndTwipsAtFiftySixPointSevenPerMillimetre) {
@@ -49,55 +42,13 @@ TEST(ScreenDisplayInfo, DeviceCapsGiveSizeAndTwipsAtFiftySixPointSevenPerMillime
 }
 
 TEST(ScreenErrors, EverySourceIsTheExeNameAndTheMembersTag) {
+  // Worked examples: a member with and without its platform call, and the
+  // one whose source has always lacked the dot after the program's name.
   const std::pair<ScreenFailure, const char*> table[] = {
       {ScreenFailure::ChangeResolution, "quillmerecScreen.ChangeResolution(ChangeDisplaySettings)"},
-      {ScreenFailure::RefreshDisplayInfoWindow, "quillmere.cScreen.RefreshDisplayInfo(WindowFromDC)"},
-      {ScreenFailure::RefreshDisplayInfoDc, "quillmere.cScreen.RefreshDisplayInfo(GetWindowDC)"},
-      {ScreenFailure::HdcGetDc, "quillmere.cScreen.hDC(GetDC)"},
-      {ScreenFailure::SetCurrentXY, "quillmere.cScreen.SetCurrentXY(DRAW_MoveCurrentXY)"},
-      {ScreenFailure::GetCurrentXY, "quillmere.cScreen.GetCurrentXY(DRAW_MoveCurrentXY)"},
-      {ScreenFailure::SetDisplayFont, "quillmere.cScreen.SetDisplayFont"},
-      {ScreenFailure::LetBackColorScr, "quillmere.cScreen.Let_BackColor_Scr(TranslateColor)"},
-      {ScreenFailure::LetForeColorScr, "quillmere.cScreen.Let_ForeColor_Scr(TranslateColor)"},
-      {ScreenFailure::LetBackColorTxt, "quillmere.cScreen.Let_BackColor_Txt(TranslateColor)"},
-      {ScreenFailure::LetForeColorTxt, "quillmere.cScreen.Let_ForeColor_Txt(TranslateColor)"},
-      {ScreenFailure::TranslateColor, "quillmere.cScreen.TranslateColor(OleTranslateColor)"},
       {ScreenFailure::GetPen, "quillmere.cScreen.GetPen(CreatePen)"},
-      {ScreenFailure::GetBrush, "quillmere.cScreen.GetBrush(CreateBrushIndirect)"},
-      {ScreenFailure::SetTextBackColor, "quillmere.cScreen.SetColors(SetTextBackColor)"},
-      {ScreenFailure::SetTextForeColor, "quillmere.cScreen.SetColors(SetTextForeColor)"},
-      {ScreenFailure::GetFont, "quillmere.cScreen.GetFont"},
-      {ScreenFailure::GetFontCreateFont, "quillmere.cScreen.GetFont(CreateFont)"},
-      {ScreenFailure::GetDevices, "quillmere.cScreen.GetDevices"},
-      {ScreenFailure::AttachThreadGetCurrentThreadId, "quillmere.cScreen.AttachThread(GetCurrentThreadId)"},
-      {ScreenFailure::AttachThreadGetWindowThreadProcessId,
-       "quillmere.cScreen.AttachThread(GetWindowThreadProcessId)"},
-      {ScreenFailure::AttachThreadInput, "quillmere.cScreen.AttachThread(AttachThreadInput)"},
-      {ScreenFailure::MousePointerGetClassLong, "quillmere.cScreen.MousePointer(GetClassLong)"},
-      {ScreenFailure::MousePointerSetClassLong, "quillmere.cScreen.MousePointer(SetClassLong)"},
-      {ScreenFailure::MousePointerLoadImage, "quillmere.cScreen.MousePointer(LoadImageSTR)"},
-      {ScreenFailure::ActiveWindow, "quillmere.cScreen.ActiveWindow(GetForegroundWindow)"},
-      {ScreenFailure::ActiveObject, "quillmere.cScreen.ActiveObject(GetForegroundWindow)"},
-      {ScreenFailure::DrawArc, "quillmere.cScreen.DrawArc"},
-      {ScreenFailure::DrawArcCall, "quillmere.cScreen.DrawArc(DRAW_Arc)"},
-      {ScreenFailure::DrawEllipse, "quillmere.cScreen.DrawEllipse(DRAW_Ellipse)"},
-      {ScreenFailure::DrawHalfCircle, "quillmere.cScreen.DrawHalfCircle(DRAW_HalfCircle)"},
-      {ScreenFailure::DrawLine, "quillmere.cScreen.DrawLine(DRAW_Line)"},
-      {ScreenFailure::DrawPicture, "quillmere.cScreen.DrawPicture"},
-      {ScreenFailure::DrawPictureLoad, "quillmere.cScreen.DrawPicture(LoadPicture)"},
-      {ScreenFailure::DrawPictureCreateDc, "quillmere.cScreen.DrawPicture(CreateCompatibleDC)"},
-      {ScreenFailure::DrawPictureBlt, "quillmere.cScreen.DrawPicture(DRAW_Picture)"},
-      {ScreenFailure::DrawPictureStretch, "quillmere.cScreen.DrawPicture(DRAW_PictureStretch)"},
-      {ScreenFailure::DrawPie, "quillmere.cScreen.DrawPie(DRAW_Pie)"},
-      {ScreenFailure::DrawPolygon, "quillmere.cScreen.DrawPolygon"},
-      {ScreenFailure::DrawPolygonCall, "quillmere.cScreen.DrawPolygon(DRAW_Polygon)"},
-      {ScreenFailure::DrawPolyline, "quillmere.cScreen.DrawPolyline"},
+      {ScreenFailure::SetDisplayFont, "quillmere.cScreen.SetDisplayFont"},
       {ScreenFailure::DrawPolylineMove, "quillmere.cScreen.DrawPolyline(DRAW_MoveCurrentXY)"},
-      {ScreenFailure::DrawPolylineCall, "quillmere.cScreen.DrawPolyline(DRAW_Polyline)"},
-      {ScreenFailure::DrawRectangle, "quillmere.cScreen.DrawRectangle"},
-      {ScreenFailure::DrawRectangleFilled, "quillmere.cScreen.DrawRectangle(DRAW_RectangleFilled)"},
-      {ScreenFailure::DrawRectangleOutline, "quillmere.cScreen.DrawRectangle(DRAW_RectangleOutline)"},
-      {ScreenFailure::DrawText, "quillmere.cScreen.DrawText(DRAW_DrawText)"},
   };
   for (auto [where, source] : table) {
     EXPECT_EQ(ScreenErrorSource("quillmere", where), source);
@@ -162,18 +113,6 @@ TEST(ScreenErrors, IndexesOutsideTheListsAreOutOfRange) {
   EXPECT_EQ(Raised([&] { screen.Fonts(ScreenModel::FontsCount()); }).Number(), kErrSubscriptOutOfRange);
 }
 
-TEST(ScreenFonts, ListHoldsEachNameOnce) {
-  FontNameList list;
-  EXPECT_TRUE(list.Add("Arial"));
-  EXPECT_TRUE(list.Add("Courier New"));
-  EXPECT_FALSE(list.Add("Arial"));
-  EXPECT_FALSE(list.Add("ARIAL"));
-  EXPECT_EQ(list.Names(), (std::vector<std::string>{"Arial", "Courier New"}));
-  list.Clear();
-  EXPECT_TRUE(list.Names().empty());
-  EXPECT_TRUE(list.Add("Arial"));
-}
-
 TEST(ScreenFonts, SettingTheFontRoundsItsSize) {
   ScreenModel screen("quillmere");
   EXPECT_EQ(screen.FontRecord(), ScreenFont{});
@@ -224,126 +163,16 @@ TEST(ScreenColors, LetsKeepTheGivenValueOrRefuseIt) {
   screen.ForeColor_Txt(0x00B36A36);
   EXPECT_EQ(screen.Colors(), (ScreenColors{0x8000000F, 0x000000FF, 0x80000005, 0x00B36A36}));
 
-  struct Let {
-    void (ScreenModel::*set)(OleColor);
-    const char* source;
-  };
-  const Let lets[] = {
-      {&ScreenModel::BackColor_Scr, "quillmere.cScreen.Let_BackColor_Scr(TranslateColor)"},
-      {&ScreenModel::ForeColor_Scr, "quillmere.cScreen.Let_ForeColor_Scr(TranslateColor)"},
-      {&ScreenModel::BackColor_Txt, "quillmere.cScreen.Let_BackColor_Txt(TranslateColor)"},
-      {&ScreenModel::ForeColor_Txt, "quillmere.cScreen.Let_ForeColor_Txt(TranslateColor)"},
-  };
-  for (const Let& let : lets) {
-    const RuntimeError e = Raised([&] { (screen.*let.set)(0x12345678); });
-    EXPECT_EQ(e.Source(), let.source);
+  using Let = void (ScreenModel::*)(OleColor);
+  for (Let set : {Let{&ScreenModel::BackColor_Scr}, Let{&ScreenModel::ForeColor_Scr},
+                  Let{&ScreenModel::BackColor_Txt}, Let{&ScreenModel::ForeColor_Txt}}) {
+    const RuntimeError e = Raised([&] { (screen.*set)(0x12345678); });
     EXPECT_EQ(e.Number(), -1);
     EXPECT_EQ(e.Description(), "Invalid Color Specified");
   }
+  EXPECT_EQ(Raised([&] { screen.ForeColor_Txt(0x12345678); }).Source(),
+            "quillmere.cScreen.Let_ForeColor_Txt(TranslateColor)");
   EXPECT_EQ(screen.Colors(), (ScreenColors{0x8000000F, 0x000000FF, 0x80000005, 0x00B36A36}));
-}
-
-TEST(ScreenHistory, RecordsCarryTheColoursOfTheirTime) {
-  ScreenModel screen("quillmere");
-  screen.Remember(LineArgs{1, 2, 3, 4});
-  EXPECT_EQ(screen.History().Count(), 0u) << "nothing is recorded until EnableRefresh";
-
-  screen.EnableRefresh(true);
-  screen.Remember(LineArgs{1, 2, 3, 4});
-  screen.ForeColor_Scr(0x000000FF);
-  screen.Remember(LineArgs{5, 6, 7, 8});
-  screen.BackColor_Txt(0x8000000F);
-  screen.Remember(TextArgs{"Hello", 10, 20, true});
-
-  const auto& lines = screen.History().List<LineArgs>();
-  ASSERT_EQ(lines.size(), 2u);
-  EXPECT_EQ(lines[0].args, (LineArgs{1, 2, 3, 4}));
-  EXPECT_EQ(lines[0].colors, ScreenColors{});
-  EXPECT_EQ(lines[1].args, (LineArgs{5, 6, 7, 8}));
-  EXPECT_EQ(lines[1].colors, (ScreenColors{0x00FFFFFF, 0x000000FF, 0x00FFFFFF, 0}));
-  const auto& texts = screen.History().List<TextArgs>();
-  ASSERT_EQ(texts.size(), 1u);
-  EXPECT_EQ(texts[0].args, (TextArgs{"Hello", 10, 20, true}));
-  EXPECT_EQ(texts[0].colors, (ScreenColors{0x00FFFFFF, 0x000000FF, 0x8000000F, 0}));
-
-  screen.EnableRefresh(false);
-  screen.Remember(LineArgs{9, 9, 9, 9});
-  EXPECT_EQ(screen.History().Count(), 3u);
-}
-
-// One record of each kind, added from the last kind to the first.
-void RememberOneOfEach(ScreenModel& screen) {
-  screen.Remember(TextArgs{"t", 1, 1, false});
-  screen.Remember(RectangleArgs{0, 0, 5, 5, true, false});
-  screen.Remember(PolylineArgs{0, 0, {1, 2}, {3, 4}, 2});
-  screen.Remember(PolygonArgs{{1, 2, 3}, {4, 5, 6}, 3});
-  screen.Remember(PieArgs{0, 0, 9, 9, 90.0f, false, 0, 0, 0, 0});
-  screen.Remember(PictureArgs{1, 2, "C:\\x.bmp", nullptr, 0, 0, 0, true});
-  screen.Remember(LineArgs{0, 0, 1, 1});
-  screen.Remember(HalfCircleArgs{0, 0, 9, 9, 0, 4, 9, 4});
-  screen.Remember(EllipseArgs{0, 0, 9, 9});
-  screen.Remember(ArcArgs{5, 5, 3, 8, 5, 0.0f, 180.0f});
-}
-
-TEST(ScreenHistory, WalkGoesListByListAndClearEmptiesAllTen) {
-  ScreenModel screen("quillmere");
-  screen.EnableRefresh(true);
-  RememberOneOfEach(screen);
-  screen.Remember(LineArgs{2, 2, 3, 3});
-  EXPECT_EQ(screen.History().Count(), 11u);
-
-  std::vector<std::type_index> kinds;
-  EXPECT_TRUE(screen.History().ForEachRecord([&](const auto& record) {
-    kinds.emplace_back(typeid(record.args));
-    return true;
-  }));
-  const std::vector<std::type_index> order = {
-      typeid(ArcArgs),      typeid(EllipseArgs),   typeid(HalfCircleArgs), typeid(LineArgs),
-      typeid(LineArgs),     typeid(PictureArgs),   typeid(PieArgs),        typeid(PolygonArgs),
-      typeid(PolylineArgs), typeid(RectangleArgs), typeid(TextArgs)};
-  EXPECT_EQ(kinds, order);
-
-  kinds.clear();
-  EXPECT_FALSE(screen.History().ForEachRecord([&](const auto& record) {
-    kinds.emplace_back(typeid(record.args));
-    return kinds.size() < 4;
-  }));
-  EXPECT_EQ(kinds.size(), 4u) << "the first false ends the walk";
-
-  screen.ClearHistory();
-  EXPECT_EQ(screen.History().Count(), 0u);
-  EXPECT_TRUE(screen.History().List<PolygonArgs>().empty());
-  EXPECT_TRUE(screen.History().List<TextArgs>().empty());
-}
-
-TEST(ScreenHistory, ReplayDrawsWithEachRecordsColoursAndRecordsNothing) {
-  ScreenModel screen("quillmere");
-  screen.EnableRefresh(true);
-  screen.ForeColor_Scr(0x000000FF);
-  screen.Remember(LineArgs{0, 0, 1, 1});
-  screen.ForeColor_Scr(0x0000FF00);
-  screen.Remember(EllipseArgs{0, 0, 9, 9});
-  screen.ForeColor_Scr(0x00FF0000);
-
-  std::vector<OleColor> drawnWith;
-  EXPECT_TRUE(screen.ReplayHistory([&](const auto& record) {
-    EXPECT_TRUE(screen.Replaying());
-    drawnWith.push_back(screen.ForeColor_Scr());
-    screen.Remember(record.args);  // what a drawing member does
-    return true;
-  }));
-  EXPECT_EQ(drawnWith, (std::vector<OleColor>{0x0000FF00, 0x000000FF})) << "ellipses come before lines";
-  EXPECT_EQ(screen.History().Count(), 2u);
-  EXPECT_FALSE(screen.Replaying());
-  EXPECT_EQ(screen.ForeColor_Scr(), 0x00FF0000u);
-
-  drawnWith.clear();
-  EXPECT_FALSE(screen.ReplayHistory([&](const auto&) {
-    drawnWith.push_back(screen.ForeColor_Scr());
-    return false;
-  }));
-  EXPECT_EQ(drawnWith.size(), 1u);
-  EXPECT_EQ(screen.ForeColor_Scr(), 0x00FF0000u);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// The tab bar on the (virtual) screen under Wine: its windows where the
-// model puts them, real mouse messages turned into the bar's events, and
-// the pictures and caption colours that reach the screen.
+// The tab bar on the (virtual) screen under Wine: mouse messages turned
+// into the bar's events, and the pictures and caption colours that reach
+// the screen. (The end-to-end tests click the tabs with the real pointer.)
 #include "controls/tab_menu_win32.h"
 
 #include <gtest/gtest.h>
@@ -106,29 +106,6 @@ class TabShell : public ::testing::Test {
   std::vector<std::string> raised;
 };
 
-TEST_F(TabShell, WindowsSitWhereTheModelPutsThem) {
-  auto placeOf = [&](HWND hwnd) {
-    RECT w{};
-    ::GetWindowRect(hwnd, &w);
-    ::MapWindowPoints(HWND_DESKTOP, bar.Hwnd(), reinterpret_cast<POINT*>(&w), 2);
-    return w;
-  };
-  const RECT whole = placeOf(bar.Hwnd());
-  EXPECT_EQ(whole.right - whole.left, 458);
-  EXPECT_EQ(whole.bottom - whole.top, 35) << "the strip's height";
-  for (int n = 1; n <= 3; ++n) {
-    const RECT w = placeOf(Tab(n));
-    EXPECT_EQ(w.left, 70 * (n - 1)) << n;
-    EXPECT_EQ(w.right - w.left, 70);
-    EXPECT_EQ(w.bottom - w.top, 35);
-    EXPECT_TRUE(::IsWindowVisible(Tab(n)));
-  }
-  const RECT menu = placeOf(Menu());
-  EXPECT_EQ(menu.left, 210);
-  EXPECT_EQ(menu.right - menu.left, 27);
-  EXPECT_FALSE(::IsWindowVisible(bar.TabHwnd(1))) << "the template stays hidden";
-}
-
 TEST_F(TabShell, ClicksRaiseTheBarsEvents) {
   bar.Model().SetTabFocus(1);
   Click(Tab(2));
@@ -188,32 +165,6 @@ TEST_F(TabShell, TheScreenShowsEachTabsLook) {
   EXPECT_PRED2(Near, Painted(Menu(), 11, 34), menuOver);
   Click(Menu(), 10, 20);
   EXPECT_PRED2(Near, Painted(Menu(), 11, 34), menuDown) << "still pressed after the click";
-}
-
-TEST_F(TabShell, RealPointerInputReachesTheBar) {
-  auto moveTo = [&](HWND button, int x, int y) {
-    POINT p{x, y};
-    ::ClientToScreen(button, &p);
-    ::SetCursorPos(p.x, p.y);
-    PumpMessages(150);
-  };
-  auto press = [](DWORD flags) {
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    ::SendInput(1, &input, sizeof input);
-    PumpMessages(150);
-  };
-  moveTo(Tab(2), 30, 20);
-  EXPECT_EQ(bar.Model().Tab(3).ImgButton(), TabPicture::Over);
-  moveTo(Tab(3), 30, 20);
-  EXPECT_EQ(bar.Model().Tab(3).ImgButton(), TabPicture::Normal);
-  EXPECT_EQ(bar.Model().Tab(4).ImgButton(), TabPicture::Over);
-  press(MOUSEEVENTF_LEFTDOWN);
-  press(MOUSEEVENTF_LEFTUP);
-  EXPECT_EQ(raised, (std::vector<std::string>{"click:About"}));
-  EXPECT_TRUE(bar.Model().Tab(4).HasFocus());
-  moveTo(host.Hwnd(), 400, 100);  // away from the bar: nothing to undo
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "../../support/overlay_phrase_win32.h"
+#include "../../support/win32_helpers.h"
 #include "display/message_window_win32.h"
 #include "display/overlay_query_win32.h"
 #include "display/overlay_routines_win32.h"
@@ -27,65 +29,6 @@ class Host final : public FlasherHost {
   bool TrayMenuOpen() const override { return false; }
   bool settingsVisible = false;
 };
-
-// A plain window of one colour over the whole screen, in front.
-class Backdrop final : public Window {
- public:
-  explicit Backdrop(COLORREF colour) : brush_(::CreateSolidBrush(colour)) {
-    CreateArgs args;
-    args.className = "QuillmereTestBackdrop";
-    args.style = WS_POPUP | WS_VISIBLE;
-    args.x = args.y = 0;
-    args.width = ::GetSystemMetrics(SM_CXSCREEN);
-    args.height = ::GetSystemMetrics(SM_CYSCREEN);
-    Create(args);
-    ::SetForegroundWindow(Hwnd());
-  }
-  ~Backdrop() override { Destroy(); }
-
- protected:
-  LRESULT HandleMessage(UINT msg, WPARAM wParam, LPARAM lParam) override {
-    if (msg == WM_ERASEBKGND) {
-      RECT r;
-      ::GetClientRect(Hwnd(), &r);
-      ::FillRect(reinterpret_cast<HDC>(wParam), &r, brush_.Get());
-      return 1;
-    }
-    return Window::HandleMessage(msg, wParam, lParam);
-  }
-
- private:
-  Brush brush_;
-};
-
-// A capture of part of the screen as the user sees it (layered windows
-// included), pixel values as COLORREF.
-std::vector<COLORREF> Capture(const RECT& area) {
-  const int width = area.right - area.left, height = area.bottom - area.top;
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = -height;  // top-down
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  info.bmiHeader.biCompression = BI_RGB;
-  void* bits = nullptr;
-  const WindowDC screen(nullptr);
-  Bitmap dib(::CreateDIBSection(screen.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-  const MemoryDC memory(screen.Get());
-  {
-    const SelectGuard select(memory.Get(), dib.Get());
-    ::BitBlt(memory.Get(), 0, 0, width, height, screen.Get(), area.left, area.top, SRCCOPY | CAPTUREBLT);
-  }
-  ::GdiFlush();
-  std::vector<COLORREF> pixels(static_cast<std::size_t>(width) * height);
-  const auto* dibPixels = static_cast<const std::uint32_t*>(bits);
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    const std::uint32_t p = dibPixels[i];  // 0x00RRGGBB
-    pixels[i] = RGB((p >> 16) & 0xFF, (p >> 8) & 0xFF, p & 0xFF);
-  }
-  return pixels;
-}
 
 struct PixelCount {
   int text = 0, backdrop = 0, other = 0;
@@ -106,24 +49,9 @@ PixelCount CountPixels(const std::vector<COLORREF>& pixels, COLORREF text, COLOR
   return n;
 }
 
-// Objects this process holds. Wine answers 0 to GetGuiResources; there the
-// highest GDI handle slot that fresh objects get stands in for the GDI
-// count (freed slots are given out again first, so it climbs only with
-// objects left alive), and this thread's windows, message-only ones
-// included, for the USER count (windows are the only USER objects the
+// This thread's windows, message-only ones included, stand in for the
+// USER count where Wine answers 0 (windows are the only USER objects the
 // flasher could make).
-unsigned GdiObjects() {
-  if (const DWORD n = ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS)) return n;
-  std::vector<HBRUSH> probes;
-  unsigned highest = 0;
-  for (int i = 0; i < 64; ++i) {
-    probes.push_back(::CreateSolidBrush(0));
-    highest = std::max<unsigned>(highest, LOWORD(reinterpret_cast<ULONG_PTR>(probes.back())));
-  }
-  for (HBRUSH probe : probes) ::DeleteObject(probe);
-  return highest;
-}
-
 BOOL CALLBACK CountWindow(HWND, LPARAM count) {
   ++*reinterpret_cast<unsigned*>(count);
   return TRUE;
@@ -138,46 +66,6 @@ unsigned UserObjects() {
   }
   return count;
 }
-
-// A message-only window that takes the overlay's answer to the phrase
-// query.
-class PhraseReceiver {
- public:
-  PhraseReceiver() {
-    WNDCLASSA windowClass{};
-    windowClass.lpfnWndProc = Proc;
-    windowClass.hInstance = ::GetModuleHandleA(nullptr);
-    windowClass.lpszClassName = "QuillmereTestPhraseReceiver";
-    ::RegisterClassA(&windowClass);
-    hwnd_ = ::CreateWindowExA(0, windowClass.lpszClassName, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                              windowClass.hInstance, nullptr);
-  }
-  ~PhraseReceiver() { ::DestroyWindow(hwnd_); }
-  PhraseReceiver(const PhraseReceiver&) = delete;
-  PhraseReceiver& operator=(const PhraseReceiver&) = delete;
-
-  // Asks the overlay; the answer, or nothing when none came.
-  std::optional<std::string> Ask(HWND overlay) {
-    answer_.reset();
-    const LRESULT sent = ::SendMessageW(overlay, ::RegisterWindowMessageW(kOverlayPhraseQuery),
-                                        reinterpret_cast<WPARAM>(hwnd_), 0);
-    if (sent != 1) return std::nullopt;
-    return answer_;
-  }
-
- private:
-  static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
-    if (msg == WM_COPYDATA) {
-      const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-      if (data->dwData != kOverlayPhraseReply) return FALSE;
-      answer_ = std::string(static_cast<const char*>(data->lpData), data->cbData);
-      return TRUE;
-    }
-    return ::DefWindowProcA(hwnd, msg, wParam, lParam);
-  }
-  static inline std::optional<std::string> answer_;
-  HWND hwnd_ = nullptr;
-};
 
 class OverlayShell : public ::testing::Test {
  protected:
@@ -233,7 +121,9 @@ TEST_F(OverlayShell, IsABorderlessColourKeyedPopupOutOfTheTaskBar) {
 // text in its colour; after the display tick, nothing at all.
 TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   const COLORREF backdropColour = RGB(20, 140, 60);
-  Backdrop backdrop(backdropColour);
+  const test::ColourWindow backdrop(
+      backdropColour, RECT{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)}, 0);
+  ::SetForegroundWindow(backdrop.Hwnd());
   loop.RunFor(100ms);
   ASSERT_EQ(::GetForegroundWindow(), backdrop.Hwnd());
   // A system colour is drawn in its translated RGB.
@@ -267,7 +157,7 @@ TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   ::InflateRect(&area, 20, 20);
   RECT screen{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
   ::IntersectRect(&area, &area, &screen);
-  const PixelCount shown = CountPixels(Capture(area), textColour, backdropColour);
+  const PixelCount shown = CountPixels(test::CaptureScreen(area), textColour, backdropColour);
   EXPECT_GT(shown.text, 200) << "the phrase is on the screen in its colour";
   EXPECT_EQ(shown.other, 0) << "no white box, no light fringe; first stray pixel 0x" << std::hex
                             << shown.firstOther;
@@ -276,7 +166,7 @@ TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   ASSERT_TRUE(loop.RunUntil([&] { return !overlay.LabelVisible(); }, 10s)) << "the display tick hides it";
   flasher.bStopped = true;  // no next phrase while we look
   loop.RunFor(200ms);
-  const PixelCount hidden = CountPixels(Capture(area), textColour, backdropColour);
+  const PixelCount hidden = CountPixels(test::CaptureScreen(area), textColour, backdropColour);
   EXPECT_EQ(hidden.text, 0);
   EXPECT_EQ(hidden.other, 0) << "first stray pixel 0x" << std::hex << hidden.firstOther;
 }
@@ -291,11 +181,10 @@ TEST_F(OverlayShell, WindowTextStaysEmptyAndThePhraseIsHadOnlyByAsking) {
   EXPECT_EQ(::InternalGetWindowText(Overlay(), text, 64), 0);
   EXPECT_EQ(text[0], L'\0');
 
-  PhraseReceiver receiver;
-  EXPECT_EQ(receiver.Ask(Overlay()), "A phrase for the eye only");
+  EXPECT_EQ(test::AskOverlayPhrase(Overlay()), "A phrase for the eye only");
   flasher.MessageList = PhraseList{{"Another"}};
   flasher.TimerFrequency_Timer();
-  EXPECT_EQ(receiver.Ask(Overlay()), "Another");
+  EXPECT_EQ(test::AskOverlayPhrase(Overlay()), "Another");
   EXPECT_EQ(::GetWindowTextLengthW(Overlay()), 0);
 
   // A query naming no window is not answered.
@@ -336,7 +225,7 @@ TEST_F(OverlayShell, TenThousandFlashesLeaveGdiAndUserCountsFlat) {
   };
   flash(100);  // first-use allocations settle
   loop.RunFor(50ms);
-  const unsigned gdiBefore = GdiObjects(), userBefore = UserObjects();
+  const unsigned gdiBefore = test::GdiObjectsInUse(), userBefore = UserObjects();
 
   flash(10000);
   for (int i = 0; i < 50; ++i)
@@ -344,7 +233,7 @@ TEST_F(OverlayShell, TenThousandFlashesLeaveGdiAndUserCountsFlat) {
   loop.RunFor(50ms);
 
   // Flat or lower (the system may free a cached object of its own meanwhile).
-  EXPECT_LE(GdiObjects(), gdiBefore);
+  EXPECT_LE(test::GdiObjectsInUse(), gdiBefore);
   EXPECT_LE(UserObjects(), userBefore);
   EXPECT_GT(userBefore, 0u);
 }

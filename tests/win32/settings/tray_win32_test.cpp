@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "../../support/win32_helpers.h"
 #include "platform/window_win32.h"
 #include "settings/tray_res.h"
 
@@ -64,25 +65,6 @@ class Owner final : public Window, public TrayForm {
     return Window::HandleMessage(msg, wParam, lParam);
   }
 };
-
-void Pump() {
-  MSG m;
-  while (::PeekMessageA(&m, nullptr, 0, 0, PM_REMOVE)) {
-    ::TranslateMessage(&m);
-    ::DispatchMessageA(&m);
-  }
-}
-
-// Waits up to two seconds for the condition, letting messages run.
-template <typename F>
-bool WaitFor(F condition) {
-  for (int i = 0; i < 200; ++i) {
-    if (condition()) return true;
-    Pump();
-    ::Sleep(10);
-  }
-  return condition();
-}
 
 class TrayWin32Test : public ::testing::Test {
  protected:
@@ -146,13 +128,15 @@ HWND FindTrayIconWindow() {
 TEST_F(TrayWin32Test, TheSystemsTrayShowsTheIcon) {
   clsTray tray;
   ASSERT_TRUE(tray.ShowIcon(owner, ""));
-  EXPECT_TRUE(WaitFor([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }));
+  EXPECT_TRUE(
+      test::WaitUntil([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }, 2000));
 
   owner.icon = LoadTrayIcon(IDI_TRAY_STOPPED);
   EXPECT_TRUE(tray.ChangeToolTip(owner, "Subliminal Message are OFF."));
 
   EXPECT_TRUE(tray.RemoveIcon(owner));
-  EXPECT_TRUE(WaitFor([] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }));
+  EXPECT_TRUE(test::WaitUntil(
+      [] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }, 2000));
 }
 
 // What the test saw while the menu's loop ran, from a timer of the owner.
@@ -225,24 +209,22 @@ class TrayMenuWin32Test : public TrayWin32Test {
   TrayIcon icon{owner, commands, &RecordNotify};
 };
 
-TEST_F(TrayMenuWin32Test, ALeftOrRightReleasePausesAndOpensTheMenuUntilDismissed) {
+// The menu's items are drawn from the model's marks; the choice runs only
+// after the menu has closed. (Which releases open it, and what a dismissed
+// menu does, the core's tests and the end-to-end tests check.)
+TEST_F(TrayMenuWin32Test, TheMenuShowsTheMarksAndTheChosenItemRunsAfterItHasClosed) {
   icon.Menu().mnuStartChecked = true;
-  for (LPARAM release : {0x202, 0x205}) {
-    SCOPED_TRACE(release);
-    commands.log.clear();
-    Callback(1, release);
-    EXPECT_TRUE(gProbe.sawMenu);
-    EXPECT_TRUE(gProbe.openWhileShown);
-    EXPECT_EQ(gProbe.items, (std::vector<std::string>{"Settings [greyed]", "-", "Start [checked]", "Stop",
-                                                      "-", "Exit Application"}));
-    EXPECT_EQ(commands.log, std::vector<std::string>{"pause"});
-    EXPECT_FALSE(icon.Menu().IsOpen());
-    EXPECT_TRUE(WaitFor([] { return OpenMenuWindow() == nullptr; }));
-  }
-}
+  Callback(1, 0x205);
+  EXPECT_TRUE(gProbe.sawMenu);
+  EXPECT_TRUE(gProbe.openWhileShown);
+  EXPECT_EQ(gProbe.items, (std::vector<std::string>{"Settings [greyed]", "-", "Start [checked]", "Stop", "-",
+                                                    "Exit Application"}));
+  EXPECT_EQ(commands.log, std::vector<std::string>{"pause"});
+  EXPECT_TRUE(test::WaitUntil([] { return OpenMenuWindow() == nullptr; }, 2000));
 
-TEST_F(TrayMenuWin32Test, TheChosenItemRunsAfterTheMenuHasClosed) {
+  commands.log.clear();
   icon.Menu().mnuSettingsEnabled = true;
+  icon.Menu().mnuStartChecked = false;
   icon.Menu().mnuStopChecked = true;
   gProbe.keys = {VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN};  // Settings, Start, Stop
   Callback(1, 0x202);
@@ -252,10 +234,8 @@ TEST_F(TrayMenuWin32Test, TheChosenItemRunsAfterTheMenuHasClosed) {
   EXPECT_FALSE(icon.Menu().IsOpen());
 }
 
-TEST_F(TrayMenuWin32Test, MovesPressesAndTheOwnersOwnMouseMovesDoNothing) {
+TEST_F(TrayMenuWin32Test, TheOwnersOwnMouseMovesReachItAndTheIconComesBackWithTheNotificationArea) {
   icon.Tray().ShowIcon(owner, "");
-  for (LPARAM x : {0x200, 0x201, 0x203, 0x204}) ::SendMessageA(owner.Hwnd(), 0x200, 1, x);
-  EXPECT_EQ(owner.ownMouseMoves, 0);
   // The owner's own move over x 514: no button held, or below the top row.
   ::SendMessageA(owner.Hwnd(), WM_MOUSEMOVE, 0, MAKELPARAM(514, 0));
   ::SendMessageA(owner.Hwnd(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(517, 3));
@@ -263,7 +243,6 @@ TEST_F(TrayMenuWin32Test, MovesPressesAndTheOwnersOwnMouseMovesDoNothing) {
   EXPECT_TRUE(commands.log.empty());
   EXPECT_EQ(OpenMenuWindow(), nullptr);
 
-  // The notification area's re-creation brings the icon back.
   ::SendMessageA(owner.Hwnd(), ::RegisterWindowMessageA("TaskbarCreated"), 0, 0);
   ASSERT_EQ(gCalls.size(), 2u);
   EXPECT_EQ(gCalls[1].message, static_cast<DWORD>(NIM_ADD));
