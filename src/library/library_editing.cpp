@@ -98,7 +98,6 @@ void LibraryEditing::OnListChanged(const CheckedList&, const ListChange& change)
 bool LibraryEditing::Tell(std::string_view text, PromptIcon icon) {
   // Category names are Windows-1252; the boxes take UTF-8.
   prompts_.Show(AnsiToUtf8(text), icon, PromptButtons::Ok);
-  ++shownCount_;
   return false;
 }
 
@@ -174,13 +173,11 @@ void LibraryEditing::cmdAddCat_Click() {
   }
   std::string remembered;
   const int k = CategoryEditIndex();
-  const std::size_t told = shownCount_;
   if (k < 0 || k >= lstMessageCategories.ListCount())
     AddCategory(remembered);
   else
     RenameCategory(k, remembered);
-  // One message for one command: a failure told already covers the marks.
-  if (!library_.SaveCheckedCategories() && shownCount_ == told) library_.TellMarksNotSaved();
+  library_.SaveCheckedCategories();
   if (!remembered.empty()) SelectCategory(remembered);
   txtEditCat.clear();
   Focus(Box::Category);
@@ -213,7 +210,7 @@ void LibraryEditing::cmdDeleteCat_Click() {
   }
   lstMessageCategories.RemoveItem(selected);
   lstMessageCategories.SetTag("-1");
-  if (!library_.SaveCheckedCategories()) library_.TellMarksNotSaved();
+  library_.SaveCheckedCategories();
   Focus(Box::Category);
 }
 

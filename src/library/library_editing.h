@@ -111,8 +111,6 @@ class LibraryEditing final : private CheckedListObserver {
   FileSystem& files_;
   Prompts& prompts_;
   EventPump& events_;
-  // Messages this object has shown, so that a command tells one failure.
-  std::size_t shownCount_ = 0;
 };
 
 }  // namespace qm

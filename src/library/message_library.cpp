@@ -192,20 +192,6 @@ bool MessageLibrary::SaveCheckedCategories() {
   return written;
 }
 
-void MessageLibrary::TellMarksNotSaved() {
-  // A file that could not be read is told about once.
-  if (stateUnreadable_ && toldUnreadable_) return;
-  toldUnreadable_ = stateUnreadable_;
-  const std::string path = CategoryStatePath(programFolder_);
-  const std::string text =
-      stateUnreadable_
-          ? "The checked categories could not be read from the file " + path +
-                " when Quillmere started, so their marks are not saved; the file is kept as it is."
-          : "The checked categories could not be saved to the file " + path +
-                ". The marks saved before are kept.";
-  prompts_.Show(text, PromptIcon::Critical, PromptButtons::Ok);
-}
-
 std::string MessageLibrary::SelectedCategory() const {
   const int index = lstMessageCategories.ListIndex();
   return index >= 0 ? lstMessageCategories.ItemText(index) : std::string();

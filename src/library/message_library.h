@@ -124,18 +124,10 @@ class MessageLibrary {
   // saved.
   bool SaveCheckedCategories();
 
-  // Tells the user, with the stop icon, that the categories' marks were
-  // not saved and "\_._" was left as it was (or, when it could not be read
-  // at loading, that it is kept as it is: that, once).
-  void TellMarksNotSaved();
-
-  // The user changed a category's mark (the list holds it already); a
-  // failure is told.
-  bool lstMessageCategories_ItemCheck() {
-    if (SaveCheckedCategories()) return true;
-    TellMarksNotSaved();
-    return false;
-  }
+  // The user changed a category's mark (the list holds it already). A
+  // file that cannot be written is given up silently after the attempts:
+  // it keeps the marks saved before.
+  bool lstMessageCategories_ItemCheck() { return SaveCheckedCategories(); }
   // The user changed a phrase's mark (the list holds it already).
   SaveResult lstPhrases_ItemCheck() { return SavePhrases(); }
 
@@ -163,7 +155,6 @@ class MessageLibrary {
   // The category whose file could not be read when last loaded.
   std::optional<std::string> unreadableCategory_;
   bool stateUnreadable_ = false;
-  bool toldUnreadable_ = false;
 };
 
 }  // namespace qm

@@ -18,9 +18,18 @@ class FileHolder {
         L"\"" + *win32::WidenStrict(holderExe) + L"\" \"" + path + L"\" " + std::to_wstring(milliseconds);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &info_))
-      return;
+    // A busy machine may refuse a new process for a moment: tried again.
+    bool started = false;
+    for (int tries = 0; tries < 5 && !started; ++tries) {
+      started = ::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                                 &info_) != FALSE;
+      if (!started) {
+        std::printf("the holder did not start (error %lu)\n", ::GetLastError());
+        std::fflush(stdout);
+        ::Sleep(200);
+      }
+    }
+    if (!started) return;
     ::CloseHandle(info_.hThread);
     // Held once a reader that shares everything is refused.
     for (int tries = 0; tries < 2000; ++tries) {
@@ -35,6 +44,7 @@ class FileHolder {
       DWORD code = 0;
       if (::GetExitCodeProcess(info_.hProcess, &code) && code != STILL_ACTIVE) {
         std::printf("holder ended with %lu\n", code);
+        std::fflush(stdout);
         return;
       }
       ::Sleep(10);
