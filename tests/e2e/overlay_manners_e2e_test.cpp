@@ -108,11 +108,23 @@ TEST(OverlayAmongPrograms, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhras
       << "a phrase came over a full-screen program";
   ASSERT_EQ(::GetForegroundWindow(), other);
 
-  // Closed: phrases come back by themselves.
+  // Closed, and the user back in an ordinary window: phrases come back by
+  // themselves.
   ::DestroyWindow(other);
-  EXPECT_TRUE(
-      WaitFor([&] { return PhraseOnScreen(program) && program.OverlayPhrase().value_or("") != before; }, 6s))
-      << "phrases resume after the full-screen program";
+  const HWND ordinary = OpenProgramWindow(screenHeight / 2);
+  const bool resumed =
+      WaitFor([&] { return PhraseOnScreen(program) && program.OverlayPhrase().value_or("") != before; }, 8s);
+  const HWND front = ::GetForegroundWindow();
+  wchar_t frontClass[64] = L"";
+  RECT frontRect{};
+  if (front) {
+    ::GetClassNameW(front, frontClass, 64);
+    ::GetWindowRect(front, &frontRect);
+  }
+  EXPECT_TRUE(resumed) << "phrases resume after the full-screen program (the window in front: class "
+                       << std::string(frontClass, frontClass + ::lstrlenW(frontClass)) << ", " << frontRect.left
+                       << "," << frontRect.top << " to " << frontRect.right << "," << frontRect.bottom << ")";
+  ::DestroyWindow(ordinary);
 }
 
 }  // namespace
