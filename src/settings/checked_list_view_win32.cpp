@@ -61,10 +61,9 @@ void CheckedListView::FitColumn() {
   ListView_SetColumnWidth(hwnd_, 0, client.right - client.left);
 }
 
-// The check box is set after the row is inserted, not with it: a box
-// given with the row is not always the list view's own record of it (under
-// Wine, clearing such a box by keyboard then went unnoticed), though it
-// would save two notifications a row.
+// The check box is set after the row is inserted, not with it, though that
+// would save two notifications a row: Wine's list view ignores a box given
+// with the row and shows it cleared.
 void CheckedListView::Insert(int index) {
   const CheckedList::Item& item = model_.Items()[static_cast<std::size_t>(index)];
   std::wstring text = Widen(AnsiToUtf8(item.text));
