@@ -204,6 +204,21 @@ TEST_F(SettingsWindowTest, TabsShowTheirPagesAndReadTheirFilesAtEveryClick) {
   EXPECT_FALSE(Shown(kIdLblVersion));
 }
 
+TEST_F(SettingsWindowTest, BothListsShowTheMarksOfTheirFiles) {
+  folder.Put("\\Lists\\calm.lst", "1Breathe\r\n0Rest\r\n1Smile");
+  folder.Put("\\Lists\\still.lst", "1Wait");
+  folder.Put("\\_._", "1calm\r\n0still");
+  Load();
+  const auto checks = [&](int id) {
+    std::vector<bool> shown;
+    for (int i = 0; i < ListView_GetItemCount(Control(id)); ++i)
+      shown.push_back(ListView_GetCheckState(Control(id), i) != 0);
+    return shown;
+  };
+  EXPECT_EQ(checks(kIdLstMessageCategories), (std::vector<bool>{true, false}));
+  EXPECT_EQ(checks(kIdLstPhrases), (std::vector<bool>{true, false, true}));
+}
+
 TEST_F(SettingsWindowTest, TypedKeysAndButtonsEditTheLibraryThroughTheBoxesAndLists) {
   folder.Put("\\Lists\\calm.lst", "1Breathe");
   folder.Put("\\Lists\\still.lst", "1Rest");
