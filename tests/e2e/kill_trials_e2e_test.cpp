@@ -7,8 +7,8 @@
 //
 // The kill comes 0 to 300 ms after an action's last input, or, every other
 // time, while the action's writes are due (as a run without kills measured
-// them), at a moment drawn by a seeded generator whose seed is printed;
-// QM_KILL_SEED=<seed> draws the same moments again.
+// them), at a moment drawn by a generator whose draw number is printed;
+// QM_KILL_DRAW=<number> draws the same moments again.
 #include <gtest/gtest.h>
 
 #include "program_driver_win32.h"
@@ -37,7 +37,7 @@ using namespace std::chrono_literals;
 
 constexpr int kKills = 50;
 constexpr int kLongestDelayMs = 300;
-constexpr unsigned kDefaultSeed = 20261123;
+constexpr unsigned kDefaultDraw = 20261123;
 
 // The program's files by their path after the program folder; a missing
 // file has no entry.
@@ -286,16 +286,16 @@ const Files kFirstFiles = {
     {"\\__.__", "Arial\r\n12\r\nFalse\r\nFalse\r\n255\r\n1\r\n1"},
 };
 
-unsigned Seed() {
-  const char* given = std::getenv("QM_KILL_SEED");
-  return given && *given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : kDefaultSeed;
+unsigned Draw() {
+  const char* given = std::getenv("QM_KILL_DRAW");
+  return given && *given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : kDefaultDraw;
 }
 
 TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastActionAndTheProgramStartsAgain) {
-  const unsigned seed = Seed();
-  std::printf("kill trials: seed %u (QM_KILL_SEED=%u draws its moments again)\n", seed, seed);
+  const unsigned draw = Draw();
+  std::printf("kill trials: draw %u (QM_KILL_DRAW=%u draws its moments again)\n", draw, draw);
   std::fflush(stdout);
-  std::mt19937 random(seed);
+  std::mt19937 random(draw);
   ProgramFolder folder;
   PutFiles(folder, kFirstFiles);
   const std::vector<Action> actions = Round();
@@ -344,7 +344,7 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
     const int delay =
         kill % 2 ? std::uniform_int_distribution<int>(std::max(aim.first - 10, 0), aim.last + 10)(random)
                  : std::uniform_int_distribution<int>(0, kLongestDelayMs)(random);
-    SCOPED_TRACE("kill " + std::to_string(kill) + " of seed " + std::to_string(seed) + ": " + action.name +
+    SCOPED_TRACE("kill " + std::to_string(kill) + " of draw " + std::to_string(draw) + ": " + action.name +
                  ", killed " + std::to_string(delay) + " ms after its last input");
     ASSERT_NO_FATAL_FAILURE(start());
     const Files before = states[next], after = states[next + 1];

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "../support/win32_helpers.h"
+#include "../support/test_helpers_win32.h"
 #include "program_driver_win32.h"
 #include "real_input_win32.h"
 

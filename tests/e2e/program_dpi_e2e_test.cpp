@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "../support/settings_layout_check.h"
+#include "../support/settings_layout_check_win32.h"
 #include "program_driver_win32.h"
 #include "real_input_win32.h"
 #include "settings/settings_ids.h"

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "../support/win32_helpers.h"
+#include "../support/test_helpers_win32.h"
 
 namespace qm::test {
 

@@ -18,8 +18,8 @@
 namespace qm {
 namespace {
 
-std::string Junk(std::size_t size, unsigned seed) {
-  std::mt19937 random(seed);
+std::string Junk(std::size_t size, unsigned draw) {
+  std::mt19937 random(draw);
   std::string bytes(size, '\0');
   for (char& c : bytes) c = static_cast<char>(random() & 0xFF);
   return bytes;

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "../../support/overlay_phrase_win32.h"
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "display/message_window_win32.h"
 #include "display/overlay_query_win32.h"
 #include "display/overlay_routines_win32.h"

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "../../support/flasher_doubles.h"
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "display/flash_guard.h"
 #include "display/message_window_win32.h"
 

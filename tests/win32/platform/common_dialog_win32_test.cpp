@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "platform/common_dialog_win32.h"
 
 namespace qm::win32 {

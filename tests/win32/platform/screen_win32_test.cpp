@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "platform/ansi_text.h"
 
 namespace qm::win32 {

@@ -11,7 +11,7 @@
 
 #include <string>
 
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "../../support/fake_prompts.h"
 #include "../../support/temp_folder.h"
 #include "settings/settings_ids.h"

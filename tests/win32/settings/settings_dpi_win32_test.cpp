@@ -8,9 +8,9 @@
 #include <gtest/gtest.h>
 
 #include "../../support/fake_prompts.h"
-#include "../../support/settings_layout_check.h"
+#include "../../support/settings_layout_check_win32.h"
 #include "../../support/temp_folder.h"
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 
 namespace qm::win32 {
 namespace {

@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "../../support/fake_prompts.h"
-#include "../../support/settings_layout_check.h"
+#include "../../support/settings_layout_check_win32.h"
 #include "../../support/temp_folder.h"
 #include "library/library_editing.h"
 #include "settings/settings_ids.h"

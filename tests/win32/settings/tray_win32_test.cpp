@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "../../support/win32_helpers.h"
+#include "../../support/test_helpers_win32.h"
 #include "platform/window_win32.h"
 #include "settings/tray_res.h"
 
