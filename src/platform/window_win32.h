@@ -28,6 +28,16 @@ struct CreateArgs {
   int height = CW_USEDEFAULT;
   HWND parent = nullptr;
   HMENU menuOrId = nullptr;
+
+  // A child control's place in its parent and its id.
+  void Child(HWND parentWindow, const RECT& bounds, int id) {
+    x = bounds.left;
+    y = bounds.top;
+    width = bounds.right - bounds.left;
+    height = bounds.bottom - bounds.top;
+    parent = parentWindow;
+    menuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+  }
 };
 
 class Window {

@@ -156,12 +156,7 @@ bool PreviewPicture::Create(HWND parent, const RECT& bounds, int id, int dpiX, i
   args.className = "QuillmerePreview";
   args.title = PreviewLabel::kCaption.data();
   args.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS;
-  args.x = bounds.left;
-  args.y = bounds.top;
-  args.width = bounds.right - bounds.left;
-  args.height = bounds.bottom - bounds.top;
-  args.parent = parent;
-  args.menuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+  args.Child(parent, bounds, id);
   return Window::Create(args);
 }
 

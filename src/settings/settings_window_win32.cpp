@@ -162,12 +162,7 @@ bool SettingsPanel::Create(HWND parent, const RECT& bounds, HBRUSH background, i
   args.background = background;
   args.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
   args.exStyle = WS_EX_CONTROLPARENT;
-  args.x = bounds.left;
-  args.y = bounds.top;
-  args.width = bounds.right - bounds.left;
-  args.height = bounds.bottom - bounds.top;
-  args.parent = parent;
-  args.menuOrId = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+  args.Child(parent, bounds, id);
   return Window::Create(args);
 }
 
