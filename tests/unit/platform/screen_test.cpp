@@ -1,8 +1,13 @@
+// The screen service's bookkeeping: the display information the flasher
+// reads, the error convention, the colours and the font it keeps, and the
+// rules of its screen members (the resolution request, drawing with its
+// history, the pie's radials, the cursor codes and the cursor file's name).
 #include "platform/screen.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -21,147 +26,107 @@ RuntimeError Raised(F&& f) {
   return RuntimeError(0, "", "");
 }
 
-TEST(ScreenDisplayInfo, DeviceCapsGiveSizeAndTwipsAtFiftySixPointSevenPerMillimetre) {
-  EXPECT_FLOAT_EQ(*TwipsPerPixel(200, 756.0f), 15.0f);  // 1440 / 25.4 would give 14.9984
-  EXPECT_FALSE(TwipsPerPixel(270, 0.0f));
-
+// 56.7 twips a millimetre: 200 mm over 756 pixels is 15 exactly (1440 / 25.4
+// would give 14.998). A one-bit display reports a depth of 2, a 15-bit one 0.
+TEST(ScreenDisplayInfo, DeviceCapsGiveSizeDepthAndTwips) {
   ScreenModel screen("quillmere");
-  EXPECT_TRUE(screen.ApplyDeviceCaps({24, 1024, 768, 271, 203}));
-  EXPECT_EQ(screen.BitsPerPixel(), 24);
-  EXPECT_EQ(screen.Width(), 1024.0f);
-  EXPECT_EQ(screen.Height(), 768.0f);
-  EXPECT_FLOAT_EQ(screen.TwipsPerPixelX(), static_cast<float>(56.7 * 271 / 1024));
-  EXPECT_FLOAT_EQ(screen.TwipsPerPixelY(), static_cast<float>(56.7 * 203 / 768));
+  EXPECT_TRUE(screen.ApplyDeviceCaps({32, 756, 567, 200, 100}));
+  EXPECT_EQ(screen.Width(), 756.0f);
+  EXPECT_EQ(screen.Height(), 567.0f);
+  EXPECT_EQ(screen.BitsPerPixel(), 32);
+  EXPECT_FLOAT_EQ(screen.TwipsPerPixelX(), 15.0f);
+  EXPECT_FLOAT_EQ(screen.TwipsPerPixelY(), 10.0f);
 
   // A device reporting no height: the size is taken, the old ratio stays.
   EXPECT_FALSE(screen.ApplyDeviceCaps({1, 800, 0, 200, 150}));
   EXPECT_EQ(screen.BitsPerPixel(), 2);
   EXPECT_EQ(screen.Height(), 0.0f);
-  EXPECT_FLOAT_EQ(screen.TwipsPerPixelX(), static_cast<float>(56.7 * 200 / 800));
-  EXPECT_FLOAT_EQ(screen.TwipsPerPixelY(), static_cast<float>(56.7 * 203 / 768));
+  EXPECT_FLOAT_EQ(screen.TwipsPerPixelY(), 10.0f);
+  screen.ApplyDeviceCaps({15, 800, 600, 200, 150});
+  EXPECT_EQ(screen.BitsPerPixel(), 0);
 }
 
-TEST(ScreenErrors, EverySourceIsTheExeNameAndTheMembersTag) {
-  // Worked examples: a member with and without its platform call, and the
-  // one whose source has always lacked the dot after the program's name.
-  const std::pair<ScreenFailure, const char*> table[] = {
-      {ScreenFailure::ChangeResolution, "quillmerecScreen.ChangeResolution(ChangeDisplaySettings)"},
-      {ScreenFailure::GetPen, "quillmere.cScreen.GetPen(CreatePen)"},
-      {ScreenFailure::SetDisplayFont, "quillmere.cScreen.SetDisplayFont"},
-      {ScreenFailure::DrawPolylineMove, "quillmere.cScreen.DrawPolyline(DRAW_MoveCurrentXY)"},
-  };
-  for (auto [where, source] : table) {
-    EXPECT_EQ(ScreenErrorSource("quillmere", where), source);
-    const RuntimeError e = Raised([&] { ScreenModel("quillmere").Raise(where, 5, "Access is denied."); });
-    EXPECT_EQ(e.Source(), source);
-    EXPECT_EQ(e.Number(), 5);
-    EXPECT_EQ(e.Description(), "Access is denied.");
-  }
-  EXPECT_NO_THROW(ScreenModel("quillmere").RaiseScreenError(ScreenFailure::GetPen, 0, "Done."));
-}
-
-TEST(ScreenErrors, ExeNameAndSystemTextAreTidied) {
-  EXPECT_EQ(ExeBaseName("C:\\Program Files\\Quillmere\\quillmere.exe"), "quillmere");
-  EXPECT_EQ(ExeBaseName("C:\\Tools\\my.tray.app.EXE"), "my.tray.app");
-  EXPECT_EQ(ExeBaseName("C:\\dot.folder\\noext"), "noext");
-
-  EXPECT_EQ(TidySystemMessage("Access is denied.\r\n"), "Access is denied.");
-  EXPECT_EQ(TidySystemMessage(std::string("Two lines.\r\n\r\n\0junk", 20)), "Two lines.\r\n");
-  EXPECT_EQ(TidySystemMessage(std::string("Cut\0here.\r\n", 11)), "Cut");
-  EXPECT_EQ(TidySystemMessage(""), "");
-}
-
-TEST(ScreenErrors, MissingDesktopShowsItsBoxThenRaises) {
+// Sources are the executable's name and the member's tag (the resolution
+// change has always lacked the dot); number 0 raises nothing; the two boxes
+// of a desktop that cannot be reached come before the raise.
+TEST(ScreenErrors, SourcesSystemTextsAndTheMissingDesktopsBoxes) {
   std::vector<std::pair<std::string, std::string>> boxes;
   ScreenModel screen("quillmere", [&](std::string_view text, std::string_view title, PromptIcon) {
     boxes.emplace_back(std::string(text), std::string(title));
   });
+  RuntimeError e = Raised([&] { screen.Raise(ScreenFailure::GetPen, 5, "Access is denied."); });
+  EXPECT_EQ(e.Source(), "quillmere.cScreen.GetPen(CreatePen)");
+  EXPECT_EQ(e.Number(), 5);
+  EXPECT_EQ(e.Description(), "Access is denied.");
+  EXPECT_EQ(ScreenErrorSource("quillmere", ScreenFailure::ChangeResolution),
+            "quillmerecScreen.ChangeResolution(ChangeDisplaySettings)");
+  EXPECT_NO_THROW(screen.RaiseScreenError(ScreenFailure::GetPen, 0, "Done."));
 
-  RuntimeError e = Raised([&] { screen.FailNoScreenWindow(1400, "Invalid window handle."); });
+  EXPECT_EQ(ExeBaseName("C:\\Program Files\\Quillmere\\quillmere.exe"), "quillmere");
+  EXPECT_EQ(ExeBaseName("C:\\dot.folder\\my.tray.app.EXE"), "my.tray.app");
+  EXPECT_EQ(TidySystemMessage(std::string("Two lines.\r\n\r\n\0junk", 20)), "Two lines.\r\n");
+  EXPECT_EQ(TidySystemMessage(std::string("Cut\0here.\r\n", 11)), "Cut");
+
+  e = Raised([&] { screen.FailNoScreenWindow(1400, "Invalid window handle."); });
   EXPECT_EQ(e.Source(), "quillmere.cScreen.RefreshDisplayInfo(WindowFromDC)");
   EXPECT_EQ(e.Number(), 1400);
-  EXPECT_EQ(e.Description(), "Invalid window handle.");
-  ASSERT_EQ(boxes.size(), 1u);
-  EXPECT_EQ(
-      boxes[0].first,
-      "Could not get the handle to the screen (hWnd).  This information is critical and this module can "
-      "not function propertly without it.");
-  EXPECT_EQ(boxes[0].second, "  Could Not Get Screen hWnd");
-
   e = Raised([&] { screen.FailNoScreenDc(8, "Not enough memory."); });
   EXPECT_EQ(e.Source(), "quillmere.cScreen.RefreshDisplayInfo(GetWindowDC)");
-  EXPECT_EQ(e.Number(), 8);
-  ASSERT_EQ(boxes.size(), 2u);
-  EXPECT_EQ(boxes[1].first,
-            "Could not get the handle to the screen's Device Context (DC).  This information is critical and "
-            "this module can not function propertly without it.");
-  EXPECT_EQ(boxes[1].second, "  Could Not Get Screen hDC");
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"Could not get the handle to the screen (hWnd).  This information is critical and this module can "
+       "not function propertly without it.",
+       "  Could Not Get Screen hWnd"},
+      {"Could not get the handle to the screen's Device Context (DC).  This information is critical and "
+       "this module can not function propertly without it.",
+       "  Could Not Get Screen hDC"},
+  };
+  EXPECT_EQ(boxes, expected);
 }
 
 TEST(ScreenErrors, IndexesOutsideTheListsAreOutOfRange) {
   ScreenModel screen("quillmere");
   screen.SetDisplayDevices({{"\\\\.\\DISPLAY1", "Primary adapter"}});
-  EXPECT_EQ(screen.DisplayDevice_Count(), 1);
-  EXPECT_EQ(screen.DisplayDevice_Name(0), "\\\\.\\DISPLAY1");
   EXPECT_EQ(screen.DisplayDevice_Description(0), "Primary adapter");
-  for (int index : {-1, 1}) {
-    RuntimeError e = Raised([&] { screen.DisplayDevice_Name(index); });
-    EXPECT_EQ(e.Number(), kErrSubscriptOutOfRange);
-    EXPECT_EQ(e.Source(), "quillmere");
-    EXPECT_EQ(Raised([&] { screen.DisplayDevice_Description(index); }).Number(), kErrSubscriptOutOfRange);
-  }
+  EXPECT_EQ(Raised([&] { screen.DisplayDevice_Name(-1); }).Number(), kErrSubscriptOutOfRange);
+  EXPECT_EQ(Raised([&] { screen.DisplayDevice_Description(1); }).Number(), kErrSubscriptOutOfRange);
   EXPECT_EQ(Raised([&] { screen.Fonts(ScreenModel::FontsCount()); }).Number(), kErrSubscriptOutOfRange);
 }
 
-TEST(ScreenFonts, SettingTheFontRoundsItsSize) {
+TEST(ScreenFonts, SettingTheFontRoundsItsSizeHalvesToEven) {
   ScreenModel screen("quillmere");
-  EXPECT_EQ(screen.FontRecord(), ScreenFont{});
   EXPECT_EQ(screen.Font(), (FontSpec{"Arial", 10.0, false, false, false, false}));
-
-  const std::pair<double, int> sizes[] = {{9.75, 10}, {8.25, 8}, {10.5, 10}, {11.5, 12}, {12.0, 12}};
-  for (auto [size, whole] : sizes) {
+  for (auto [size, whole] : {std::pair{9.75, 10}, {10.5, 10}, {11.5, 12}}) {
     screen.Font(FontSpec{"Times New Roman", size, true, false, true, false});
     EXPECT_EQ(screen.FontRecord(), (ScreenFont{"Times New Roman", whole, true, false, true, false})) << size;
   }
   EXPECT_EQ(screen.FontRecord().Weight(), 700);
-  EXPECT_EQ(screen.Font(), (FontSpec{"Times New Roman", 12.0, true, false, true, false}));
 }
 
+// The documented translation rules: plain RGB; system colours 0 to 30;
+// palette-relative RGB; default-palette indexes 0 to 19; nothing else.
 TEST(ScreenColors, TranslationRulesWithoutAPalette) {
   const auto sysColor = [](int index) { return 0x00010101u * static_cast<std::uint32_t>(index); };
-  struct Case {
-    OleColor color;
-    std::optional<std::uint32_t> rgb;
+  const std::pair<OleColor, std::optional<std::uint32_t>> cases[] = {
+      {0x00B36A36, 0x00B36A36},   {0x8000000F, 0x000F0F0F},   {0x8000001E, 0x001E1E1E},
+      {0x8000001F, std::nullopt}, {0x80FF0005, std::nullopt}, {0x02123456, 0x02123456},
+      {0x01000013, 0x01000013},   {0x01000014, std::nullopt}, {0x03000000, std::nullopt},
+      {0x40000000, std::nullopt}, {0xFFFFFFFF, std::nullopt},
   };
-  const Case cases[] = {
-      {0x00000000, 0x00000000},   {0x00FFFFFF, 0x00FFFFFF},
-      {0x00B36A36, 0x00B36A36},   {0x8000000F, 0x000F0F0F},
-      {0x80000000, 0x00000000},   {0x8000001E, 0x001E1E1E},  // the last index
-      {0x8000001F, std::nullopt},                            // past it
-      {0x80000100, std::nullopt}, {0x80FF0005, std::nullopt},
-      {0x02123456, 0x02123456},                                // palette-relative RGB
-      {0x01000013, 0x01000013},   {0x01000014, std::nullopt},  // default palette: 20 entries
-      {0x12345678, std::nullopt}, {0xFFFFFFFF, std::nullopt},
-      {0x03000000, std::nullopt}, {0x81000005, std::nullopt},
-      {0x40000000, std::nullopt},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(TranslateOleColor(c.color, sysColor), c.rgb) << std::hex << c.color;
-    EXPECT_EQ(IsTranslatableOleColor(c.color), c.rgb.has_value()) << std::hex << c.color;
+  for (auto [color, rgb] : cases) {
+    EXPECT_EQ(TranslateOleColor(color, sysColor), rgb) << std::hex << color;
+    EXPECT_EQ(IsTranslatableOleColor(color), rgb.has_value()) << std::hex << color;
   }
 }
 
 TEST(ScreenColors, LetsKeepTheGivenValueOrRefuseIt) {
   ScreenModel screen("quillmere");
-  EXPECT_EQ(screen.Colors(), ScreenColors{});
-  EXPECT_EQ(screen.BackColor_Scr(), 0x00FFFFFFu);
-  EXPECT_EQ(screen.ForeColor_Scr(), 0u);
-
+  EXPECT_EQ(screen.Colors(), (ScreenColors{0x00FFFFFF, 0, 0x00FFFFFF, 0}));
   screen.BackColor_Scr(0x8000000F);
   screen.ForeColor_Scr(0x000000FF);
   screen.BackColor_Txt(0x80000005);
   screen.ForeColor_Txt(0x00B36A36);
-  EXPECT_EQ(screen.Colors(), (ScreenColors{0x8000000F, 0x000000FF, 0x80000005, 0x00B36A36}));
+  const ScreenColors given{0x8000000F, 0x000000FF, 0x80000005, 0x00B36A36};
+  EXPECT_EQ(screen.Colors(), given) << "system colours are kept untranslated";
 
   using Let = void (ScreenModel::*)(OleColor);
   for (Let set : {Let{&ScreenModel::BackColor_Scr}, Let{&ScreenModel::ForeColor_Scr},
@@ -172,7 +137,183 @@ TEST(ScreenColors, LetsKeepTheGivenValueOrRefuseIt) {
   }
   EXPECT_EQ(Raised([&] { screen.ForeColor_Txt(0x12345678); }).Source(),
             "quillmere.cScreen.Let_ForeColor_Txt(TranslateColor)");
-  EXPECT_EQ(screen.Colors(), (ScreenColors{0x8000000F, 0x000000FF, 0x80000005, 0x00B36A36}));
+  EXPECT_EQ(screen.Colors(), given);
+}
+
+// The driver is asked only when the screen is not at the size (and depth)
+// already; its answer gives the result, the restart flag and the error.
+TEST(ScreenResolution, ChangeResolutionAsksTheDriverAndReadsItsAnswer) {
+  ScreenModel screen("quillmere");
+  screen.ApplyDeviceCaps({32, 800, 600, 270, 200});
+  std::int32_t result = 0;
+  std::vector<DisplayModeRequest> asked;
+  int rereads = 0;
+  // The restart flag starts as the opposite of what each answer must leave.
+  const auto change = [&](std::int32_t code, std::int32_t depth, bool testOnly) {
+    bool restart = result != 1;
+    const bool changed = screen.ChangeResolution(
+        code, depth, restart, testOnly,
+        [&](const DisplayModeRequest& r) {
+          asked.push_back(r);
+          return result;
+        },
+        [&] { ++rereads; });
+    return std::pair{changed, restart};
+  };
+  EXPECT_EQ(change(2, 0, false), std::pair(true, false));
+  EXPECT_EQ(change(2, 32, false), std::pair(true, false));
+  EXPECT_TRUE(asked.empty()) << "800 x 600 asked of a screen at 800 x 600";
+
+  EXPECT_EQ(change(2, 16, true), std::pair(true, false));
+  EXPECT_EQ(change(9, 0, false), std::pair(true, false));
+  result = 1;  // DISP_CHANGE_RESTART
+  EXPECT_EQ(change(3, 0, false), std::pair(true, true));
+  const std::vector<DisplayModeRequest> expected = {
+      {0x1C0000, 800, 600, 16, 2}, {0x180000, 0, 0, 0, 0x40000001}, {0x180000, 1024, 768, 0, 0x40000001}};
+  EXPECT_EQ(asked, expected);
+  EXPECT_EQ(rereads, 3);
+
+  for (auto [answer, number, text] :
+       {std::tuple{-2, -2, "The graphics mode is not supported."},
+        {-6, -1, "An unknown error occured while trying to change the screen resolution."}}) {
+    result = answer;
+    const RuntimeError e = Raised([&] { change(5, 0, false); });
+    EXPECT_EQ(e.Number(), number);
+    EXPECT_EQ(e.Source(), "quillmerecScreen.ChangeResolution(ChangeDisplaySettings)");
+    EXPECT_EQ(e.Description(), text);
+  }
+  EXPECT_EQ(rereads, 3) << "a refused change leaves the cached metrics";
+}
+
+// A drawing member's paint that fails as a platform call does.
+bool FailingPaint(const ScreenModel& screen) {
+  screen.Raise(ScreenFailure::DrawLine, 6, "The handle is invalid.");
+}
+
+// While EnableRefresh is on every drawing is recorded with the colours of
+// its time, whether it drew or not; arguments refused before drawing are
+// neither drawn nor recorded, and say why.
+TEST(ScreenDrawing, HistoryRecordsEveryDrawingButNoRefusedOne) {
+  ScreenModel screen("quillmere");
+  int painted = 0;
+  const auto paint = [&](const auto&) { return ++painted > 0; };
+  EXPECT_TRUE(screen.Draw(LineArgs{1, 1, 5, 5}, paint));
+  EXPECT_EQ(screen.History().Count(), 0u) << "nothing is recorded until EnableRefresh";
+  screen.EnableRefresh(true);
+  screen.ForeColor_Scr(0x000000FF);
+  EXPECT_FALSE(screen.Draw(LineArgs{2, 2, 6, 6}, [&](const LineArgs&) { return FailingPaint(screen); }));
+  ASSERT_TRUE(screen.LastError());
+  EXPECT_EQ(screen.LastError()->Source(), "quillmere.cScreen.DrawLine(DRAW_Line)");
+  EXPECT_TRUE(screen.Draw(EllipseArgs{0, 0, 3, 3}, paint));
+  EXPECT_FALSE(screen.LastError()) << "each call forgets the error of the one before";
+  ASSERT_EQ(screen.History().List<LineArgs>().size(), 1u);
+  EXPECT_EQ(screen.History().List<LineArgs>()[0].args, (LineArgs{2, 2, 6, 6}));
+  EXPECT_EQ(screen.History().List<LineArgs>()[0].colors.foreColorScr, 0x000000FFu);
+
+  const auto refused = [&](bool drawn, const char* source, std::int32_t number, const char* text) {
+    EXPECT_FALSE(drawn) << source;
+    ASSERT_TRUE(screen.LastError()) << source;
+    EXPECT_EQ(screen.LastError()->Source(), source);
+    EXPECT_EQ(screen.LastError()->Number(), number);
+    EXPECT_EQ(screen.LastError()->Description(), text);
+  };
+  refused(screen.Draw(ArcArgs{50, 50, 0, 60, 50, 0, 90}, paint), "quillmere.cScreen.DrawArc", -1,
+          "Invalid Radius Specified");
+  refused(screen.Draw(RectangleArgs{0, 0, 9, 9, false, false}, paint), "quillmere.cScreen.DrawRectangle", -1,
+          "Invalid Parameters Specified");
+  refused(screen.Draw(PolygonArgs{{1, 2}, {3, 4}, 0}, paint), "quillmere.cScreen.DrawPolygon", -1,
+          "Invalid POINT Count Specified");
+  refused(screen.Draw(PolylineArgs{0, 0, {1, 2, 3}, {3, 4}, 3}, paint), "quillmere.cScreen.DrawPolyline",
+          kErrSubscriptOutOfRange, "Subscript out of range");
+  refused(screen.Draw(PictureArgs{}, paint), "quillmere.cScreen.DrawPicture", -1,
+          "No picture specified to draw.");
+  EXPECT_FALSE(screen.Draw(TextArgs{"", 5, 5, false}, paint));
+  EXPECT_FALSE(screen.LastError()) << "an empty text is refused silently";
+  EXPECT_EQ(painted, 2);
+  EXPECT_EQ(screen.History().Count(), 2u);
+
+  screen.EnableRefresh(false);
+  screen.ClearHistory();
+  EXPECT_EQ(screen.History().Count(), 0u);
+}
+
+// Refresh's replay as the Win32 half runs it: every record through its
+// drawing member, in the order of the lists, with the record's colours.
+TEST(ScreenDrawing, ReplayRedrawsInListOrderAndStopsAtTheFirstFailure) {
+  ScreenModel screen("quillmere");
+  screen.EnableRefresh(true);
+  const auto draws = [](const auto&) { return true; };
+  screen.ForeColor_Txt(0x00000011);
+  screen.Draw(TextArgs{"last", 1, 1, false}, draws);
+  screen.ForeColor_Txt(0x00000022);
+  screen.Draw(LineArgs{1, 1, 2, 2}, draws);
+  screen.Draw(LineArgs{3, 3, 4, 4}, draws);  // this one fails on replay
+  screen.Draw(LineArgs{5, 5, 6, 6}, draws);
+  screen.ForeColor_Txt(0x00000044);
+  screen.Draw(ArcArgs{9, 9, 2, 11, 9, 0, 45}, draws);
+  screen.ForeColor_Txt(0x00000033);
+
+  std::vector<std::string> drawn;
+  const bool replayed = screen.ReplayHistory([&](const auto& record) {
+    return screen.Draw(record.args, [&](const auto& args) {
+      using Args = std::decay_t<decltype(args)>;
+      drawn.push_back(typeid(Args).name() + std::to_string(screen.ForeColor_Txt()));
+      if constexpr (std::is_same_v<Args, LineArgs>) {
+        if (args.x1 == 3) return FailingPaint(screen);
+      }
+      return true;
+    });
+  });
+  EXPECT_FALSE(replayed);
+  const std::string arc = typeid(ArcArgs).name(), line = typeid(LineArgs).name();
+  EXPECT_EQ(drawn, (std::vector<std::string>{arc + "68", line + "34", line + "34"}))
+      << "arcs first, then lines; the third line and the text are not reached";
+  EXPECT_EQ(screen.ForeColor_Txt(), 0x33u) << "the colours of before the replay come back";
+  EXPECT_EQ(screen.History().Count(), 5u) << "a replay records nothing";
+}
+
+// Without explicit radials a pie runs counter-clockwise from three o'clock
+// to where the angle's ray meets the ellipse.
+TEST(ScreenDrawing, PieRadialsTurnCounterClockwiseFromThreeOClock) {
+  EXPECT_EQ(RadialsOfAngle(0, 0, 100, 100, 90.0f), (PieRadials{100, 50, 50, 0}));
+  EXPECT_EQ(RadialsOfAngle(0, 0, 100, 100, 270.0f), (PieRadials{100, 50, 50, 100}));
+  // 45 degrees: cos = sin = 0.7071, 35.36 pixels from the middle each way.
+  EXPECT_EQ(RadialsOfAngle(0, 0, 100, 100, 45.0f), (PieRadials{100, 50, 85, 15}));
+  // 200 x 100 at (10, 20), 30 degrees: (110 + 100 cos 30, 70 - 50 sin 30).
+  EXPECT_EQ(RadialsOfAngle(10, 20, 210, 120, 30.0f), (PieRadials{210, 70, 197, 45}));
+  EXPECT_EQ(RadialsOfAngle(0, 0, 100, 100, 500.0f), (PieRadials{100, 50, 100, 50})) << "clamped to 360";
+  EXPECT_FALSE(RadialsOfAngle(0, 0, 100, 100, -30.0f)) << "clamped to an empty slice";
+}
+
+TEST(ScreenCursors, ClassCursorCodeIsTheFirstStandardCursorItIs) {
+  EXPECT_EQ(MousePointerCode([](std::int32_t) { return true; }), 32650) << "app-starting is tried first";
+  EXPECT_EQ(MousePointerCode([](std::int32_t) { return false; }), 1) << "none of them: the cursor file";
+  // Where the system gives the wait and the arrow cursors one handle, the
+  // arrow (tried second) comes before the wait (tried last).
+  EXPECT_EQ(MousePointerCode([](std::int32_t id) { return id == 32514 || id == 32512; }), 32512);
+}
+
+TEST(ScreenCursors, MouseIconTakesOnlyCursorFilesThatOpen) {
+  std::vector<std::string> boxes;
+  ScreenModel screen("quillmere", [&](std::string_view text, std::string_view title, PromptIcon icon) {
+    boxes.push_back(std::string(title) + "|" + std::string(text) +
+                    (icon == PromptIcon::Exclamation ? "!" : ""));
+  });
+  screen.MouseIcon("C:\\Cursors\\hand.cur", true);
+  EXPECT_EQ(screen.MouseIcon(), "C:\\Cursors\\hand.cur") << "lower case is accepted";
+  screen.MouseIcon("C:\\Cursors\\busy.Ani", true);
+  EXPECT_TRUE(boxes.empty());
+
+  screen.MouseIcon("C:\\Pictures\\photo.bmp", true);
+  screen.MouseIcon("ico", true);  // too short to end in ".ico"
+  EXPECT_EQ(
+      boxes,
+      (std::vector<std::string>(
+          2, "  Invalid File Type|Invalid mouse icon file.  File must be an .ICO, .CUR, or .ANI file.!")));
+  screen.MouseIcon("C:\\Cursors\\gone.cur", false);
+  screen.MouseIcon("C:\\Pictures\\gone.bmp", false);
+  EXPECT_EQ(boxes.size(), 2u) << "a file that does not open is passed over silently";
+  EXPECT_EQ(screen.MouseIcon(), "C:\\Cursors\\busy.Ani") << "the old path stays";
 }
 
 }  // namespace
