@@ -32,10 +32,6 @@ LPARAM At(int x, int y) {
   return MAKELPARAM(x, y);
 }
 
-COLORREF ToRef(OleColor c) {
-  return static_cast<COLORREF>(c);
-}
-
 POINT OnScreenAt(HWND hwnd, int x, int y) {
   POINT p{x, y};
   ::ClientToScreen(hwnd, &p);
@@ -107,9 +103,6 @@ class ButtonShell : public ::testing::Test {
   static COLORREF Painted(const isButtonWindow& b, int x, int y) {
     ::UpdateWindow(b.Hwnd());
     PumpMessages(60);
-    return OnScreen(b, x, y);
-  }
-  static COLORREF OnScreen(const isButtonWindow& b, int x, int y) {
     const POINT p = OnScreenAt(b.Hwnd(), x, y);
     WindowDC screen(nullptr);
     return ::GetPixel(screen.Get(), p.x, p.y);
@@ -119,7 +112,8 @@ class ButtonShell : public ::testing::Test {
   // and the middle.
   static void ExpectStyle10Art(const isButtonWindow& b, GlossVariant look) {
     for (const POINT p : {POINT{18, 11}, POINT{46, 20}, POINT{6, 0}, POINT{8, 0}, POINT{11, 0}})
-      EXPECT_EQ(Painted(b, p.x, p.y), ToRef(Style10Pixel(look, p.x, p.y, 65, 29))) << p.x << "," << p.y;
+      EXPECT_EQ(Painted(b, p.x, p.y), static_cast<COLORREF>(Style10Pixel(look, p.x, p.y, 65, 29)))
+          << p.x << "," << p.y;
   }
 
   static bool InRegion(const isButtonWindow& b, int x, int y) {
@@ -149,7 +143,8 @@ TEST_F(ButtonShell, EveryStyleIsMadeShapedAndPainted) {
       EXPECT_FALSE(InRegion(b, 1, 0));
     }
     // A face of its own, except "no background", where the window shows.
-    EXPECT_EQ(Painted(b, 32, 3) == ToRef(kSettingsBlue), style == 11) << std::hex << Painted(b, 32, 3);
+    EXPECT_EQ(Painted(b, 32, 3) == static_cast<COLORREF>(kSettingsBlue), style == 11)
+        << std::hex << Painted(b, 32, 3);
     b.Destroy();
   }
 
@@ -395,16 +390,14 @@ TEST_F(ButtonShell, DisabledIconIsDrawnInGrey) {
   const auto icon = reinterpret_cast<std::uintptr_t>(::LoadIconA(nullptr, IDI_INFORMATION));
   isButtonWindow& b = Make({{"Style", 0}, {"Caption", ""}, {"Icon", Picture{icon}}, {"IconAlign", 0}});
   // The icon's box, centred: ((65 - 16) / 2, (29 - 16) / 2).
-  auto colouredPixels = [&] {
+  const auto colouredPixels = [&] {
     ::UpdateWindow(b.Hwnd());
     PumpMessages(60);
-    int coloured = 0;
-    for (int y = 6; y < 22; ++y)
-      for (int x = 24; x < 40; ++x) {
-        const COLORREF c = OnScreen(b, x, y);
-        if (GetRValue(c) != GetGValue(c) || GetGValue(c) != GetBValue(c)) ++coloured;
-      }
-    return coloured;
+    const POINT at = OnScreenAt(b.Hwnd(), 24, 6);
+    const std::vector<COLORREF> box = test::CaptureScreen({at.x, at.y, at.x + 16, at.y + 16});
+    return std::count_if(box.begin(), box.end(), [](COLORREF c) {
+      return GetRValue(c) != GetGValue(c) || GetGValue(c) != GetBValue(c);
+    });
   };
   EXPECT_GT(colouredPixels(), 20);
   b.Model().SetEnabled(false);

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "../../support/test_helpers_win32.h"
 #include "tab_host_win32.h"
 
 namespace qm::win32 {
@@ -81,16 +82,12 @@ class TabShell : public ::testing::Test {
     ::UpdateWindow(tab);
     PumpMessages(100);
     RECT label = bar.ToPixels(bar.Model().Tab(2).LblTextRect());
-    POINT origin{0, 0};
-    ::ClientToScreen(tab, &origin);
-    WindowDC screen(nullptr);
+    ::MapWindowPoints(tab, nullptr, reinterpret_cast<POINT*>(&label), 2);
     CaptionInk ink;
-    for (int y = label.top; y < label.bottom; ++y)
-      for (int x = label.left; x < label.right; ++x) {
-        const COLORREF c = ::GetPixel(screen.Get(), origin.x + x, origin.y + y);
-        if (GetRValue(c) > 235 && GetGValue(c) > 235 && GetBValue(c) > 235) ++ink.white;
-        if (GetRValue(c) < 90 && GetGValue(c) < 90 && GetBValue(c) < 130) ++ink.dark;
-      }
+    for (const COLORREF c : test::CaptureScreen(label)) {
+      if (GetRValue(c) > 235 && GetGValue(c) > 235 && GetBValue(c) > 235) ++ink.white;
+      if (GetRValue(c) < 90 && GetGValue(c) < 90 && GetBValue(c) < 130) ++ink.dark;
+    }
     return ink;
   }
 
