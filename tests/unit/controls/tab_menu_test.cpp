@@ -66,6 +66,7 @@ TEST(TabMenuLayout, AddButtonPutsEachButtonAtTheRightHandEnd) {
     EXPECT_LE(sep.left + sep.width, tab.Bounds().width);
   }
   EXPECT_EQ(s.bar.MenuButton(2).Bounds().width, 405);
+  EXPECT_TRUE(s.bar.MenuButton(2).Visible());
   EXPECT_EQ(s.About().LblText(), "About");
   EXPECT_FALSE(s.bar.Tab(1).Visible() || s.bar.MenuButton(1).Visible()) << "the templates stay hidden";
 }
