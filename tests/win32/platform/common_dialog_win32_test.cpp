@@ -22,7 +22,6 @@ using test::gAnswered;
 class Recorder final : public CommonDialogEvents {
  public:
   void InitDialog(HWND) override { events.push_back("init"); }
-  void DialogClose() override { events.push_back("close"); }
   void ConfirmOK(bool& cancel) override {
     events.push_back("ok");
     cancel = keepOpenOnce;
