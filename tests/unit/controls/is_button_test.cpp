@@ -1,10 +1,12 @@
 // The image button's model: stored properties, lets, the state machine,
-// layout arithmetic, Style 10's fixed colours and the grey icon. (The
-// regions' shapes and Style 10's art are checked on the screen.)
+// layout arithmetic, Style 10's fixed colours and the grey icon. The
+// window's part (messages, focus and keys, regions, pixels on the screen)
+// is checked by the shell tests.
 #include "controls/is_button.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,11 +16,12 @@ namespace {
 
 // A window of 15 twips a pixel whose caption measures 7 pixels a shown
 // character and 16 high, and whose system colour n is RGB(n, 100, 200).
+// `acts` lists everything that acts on the window.
 class FakeSurface final : public ButtonSurface {
  public:
   ButtonSize SizeTwips() const override { return size; }
   void SetSizeTwips(ButtonSize s) override {
-    ++calls;
+    acts.emplace_back("SetSizeTwips");
     size = s;
   }
   ButtonSize InnerPixels() const override { return {size.width / 15, size.height / 15}; }
@@ -33,32 +36,24 @@ class FakeSurface final : public ButtonSurface {
   bool HasVisualStyles() const override { return visualStyles; }
   FontSpec CurrentFont() const override { return {"MS Sans Serif", 8.25}; }
   void ApplyRegion(const ButtonRegion& r) override {
-    ++calls;
+    acts.emplace_back("ApplyRegion");
     region = r;
   }
-  void Repaint() override {
-    ++calls;
-    ++repaints;
-  }
-  void PaintPending() override {
-    ++calls;
-    ++paintedNow;
-  }
-  void TrackMouseLeave() override {
-    ++calls;
-    ++tracked;
-  }
+  void Repaint() override { acts.emplace_back("Repaint"); }
+  void PaintPending() override { acts.emplace_back("PaintPending"); }
+  void TrackMouseLeave() override { acts.emplace_back("TrackMouseLeave"); }
   void ShowTooltip(const TooltipSpec& t) override {
-    ++calls;
+    acts.emplace_back("ShowTooltip");
     tooltip = t;
     tooltipShown = true;
   }
   void HideTooltip() override {
-    ++calls;
+    acts.emplace_back("HideTooltip");
     tooltipShown = false;
   }
+  long Count(std::string_view act) const { return std::count(acts.begin(), acts.end(), act); }
   void EnableSurface(bool e) override { enabled = e; }
-  void ApplyFont(const FontSpec& f) override { font = f; }
+  void ApplyFont(const FontSpec&) override {}
   void ApplyMousePointer(std::int16_t p) override { pointer = p; }
 
   ButtonSize size{975, 435};  // 65 x 29 pixels, as the settings window's "Add"
@@ -66,14 +61,10 @@ class FakeSurface final : public ButtonSurface {
   mutable int measures = 0;
   mutable unsigned measureFlags = 0;
   ButtonRegion region;
-  int calls = 0;  // everything that acts on the window
-  int repaints = 0;
-  int paintedNow = 0;
-  int tracked = 0;
+  std::vector<std::string> acts;
   TooltipSpec tooltip;
   bool tooltipShown = false;
   bool enabled = true;
-  FontSpec font;
   std::int16_t pointer = -1;
 };
 
@@ -81,25 +72,18 @@ constexpr OleColor Sys(int index) {
   return Rgb(index, 100, 200);
 }
 
+using Strings = std::vector<std::string>;
+
 class IsButtonTest : public ::testing::Test {
  protected:
   // The settings window's "&Start": stored with Style 10 and little else.
   void LoadStart(bool tracking = true) {
-    button.ReadProperties({{"Style", 10},
-                           {"iNonThemeStyle", 0},
-                           {"Caption", "&Start"},
-                           {"ToolTipType", 0},
-                           {"Tooltiptitle", ""},
-                           {"ToolTipIcon", 0},
-                           {"ttForeColor", 0}});
-    Watch();
-    button.Start(tracking);
-  }
-  void Watch() {
+    button.ReadProperties({{"Style", 10}, {"iNonThemeStyle", 0}, {"Caption", "&Start"}, {"ToolTipType", 0}});
     button.events.Click = [this] { raised.push_back("Click"); };
     button.events.MouseEnter = [this] { raised.push_back("MouseEnter"); };
     button.events.MouseLeave = [this] { raised.push_back("MouseLeave"); };
     button.PropertyChanged = [this](std::string_view name) { changed.emplace_back(name); };
+    button.Start(tracking);
   }
   void ClickInside() {
     button.MouseMove(true);
@@ -109,60 +93,45 @@ class IsButtonTest : public ::testing::Test {
 
   FakeSurface surface;
   isButton button{surface};
-  std::vector<std::string> raised;
-  std::vector<std::string> changed;
+  Strings raised;
+  Strings changed;
 };
-
-using Strings = std::vector<std::string>;
 
 // --- Stored properties -----------------------------------------------------
 
-TEST_F(IsButtonTest, StoredButtonTakesItsValuesAndTheReadDefaultsForTheRest) {
-  LoadStart();
-  EXPECT_EQ(button.Style(), 10);
-  EXPECT_EQ(button.NonThemeStyle(), 0);
-  EXPECT_EQ(button.Caption(), "&Start");
-  EXPECT_EQ(button.ToolTipType(), 0);
-  EXPECT_EQ(button.ToolTipForeColor(), 0u);
-  EXPECT_EQ(button.IconSize(), 16);
-  EXPECT_EQ(button.IconAlign(), 1);
-  EXPECT_TRUE(button.Enabled());
-  EXPECT_TRUE(button.RoundedBordersByTheme());
+// Missing keys take the read defaults, which are also the write defaults:
+// a control read from an empty store writes back only the keys that are
+// always written, and its caption.
+TEST_F(IsButtonTest, ReadPropertiesTakesTheReadDefaultsAndWritePropertiesLeavesThemOut) {
+  button.ReadProperties({});
+  EXPECT_EQ(button.Caption(), "isButton");
+  EXPECT_EQ(button.Style(), 3);
+  EXPECT_EQ(button.NonThemeStyle(), 5);
   EXPECT_EQ(button.MaskColor(), 0x00C0C0C0u);
   EXPECT_EQ(button.BackColor(), Sys(15));
-  EXPECT_EQ(button.HighlightColor(), Sys(13));
-  EXPECT_EQ(button.FontHighlightColor(), Sys(18));
+  // The tooltip's text is the system's colour 23, its background 24.
+  EXPECT_EQ(button.ToolTipForeColor(), Sys(23));
   EXPECT_EQ(button.ToolTipBackColor(), Sys(24));
   EXPECT_EQ(button.Font(), surface.CurrentFont());
-  EXPECT_EQ(button.Version(), "3.6.2");
-  EXPECT_EQ(button.Margin(), 7);
-}
 
-TEST_F(IsButtonTest, CaptionMissingOrSavedEmptyReadsAsIsButton) {
-  button.ReadProperties({{"Style", 10}});
-  EXPECT_EQ(button.Caption(), "isButton");
-  EXPECT_EQ(button.ToolTipForeColor(), Sys(23));  // the system's tooltip text colour
-
-  button.SetCaption("");
   PropertyStore saved;
   button.WriteProperties(saved);
+  EXPECT_EQ(saved.Keys(), (Strings{"Caption", "Font", "Icon", "ToolTipIcon", "Tooltiptitle", "ToolTipType"}));
+  // An empty caption is not written, so it reads back as "isButton".
+  button.SetCaption("");
+  button.WriteProperties(saved);
   EXPECT_FALSE(saved.Has("Caption"));
-
   isButton reloaded(surface);
   reloaded.ReadProperties(saved);
   EXPECT_EQ(reloaded.Caption(), "isButton");
 }
 
+// A control newly placed on a form has values of its own, and a Boolean
+// kept as a 32-bit number is written as -1.
 TEST_F(IsButtonTest, NewControlIsWrittenUnderItsKeysAndReadsBackTheSame) {
   button.InitProperties("cmdAdd");
-  EXPECT_EQ(button.Caption(), "cmdAdd");
-  EXPECT_EQ(button.Style(), 0);
-  EXPECT_EQ(button.ToolTipBackColor(), 0u);
-  EXPECT_FALSE(button.RoundedBordersByTheme());
-  button.SetUseCustomColors(true);
   button.SetRightToLeft(true);
   button.SetBackColor(0x00FF8080);
-
   PropertyStore saved;
   button.WriteProperties(saved);
   EXPECT_EQ(saved.ReadLong("bRTLText", 0), -1);
@@ -172,11 +141,9 @@ TEST_F(IsButtonTest, NewControlIsWrittenUnderItsKeysAndReadsBackTheSame) {
   EXPECT_EQ(reloaded.Caption(), "cmdAdd");
   EXPECT_EQ(reloaded.Style(), 0);
   EXPECT_EQ(reloaded.NonThemeStyle(), 0);
-  EXPECT_EQ(reloaded.BackColor(), 0x00FF8080u);
-  EXPECT_TRUE(reloaded.UseCustomColors());
   EXPECT_TRUE(reloaded.RightToLeft());
+  EXPECT_EQ(reloaded.BackColor(), 0x00FF8080u);
   EXPECT_FALSE(reloaded.RoundedBordersByTheme());
-  EXPECT_EQ(reloaded.ToolTipType(), 1);
   EXPECT_EQ(reloaded.MaskColor(), 0u);
 }
 
@@ -194,9 +161,9 @@ TEST_F(IsButtonTest, LetsTellTheContainerByNameAndLayOutOnlyWhenTheShapeChanges)
   EXPECT_EQ(surface.measures, measures + 2);
   EXPECT_EQ(surface.region.kind, ButtonRegion::Kind::Polygon);
 
-  const int repaints = surface.repaints;
+  const int repaints = surface.Count("Repaint");
   button.SetMousePointer(2);
-  EXPECT_EQ(surface.repaints, repaints);
+  EXPECT_EQ(surface.Count("Repaint"), repaints);
   EXPECT_EQ(surface.pointer, 2);
   button.SetRightToLeft(true);
   EXPECT_EQ(surface.measureFlags, 0x20410u);
@@ -225,47 +192,30 @@ TEST_F(IsButtonTest, DisablingResetsTheStateAndPaintsGreyOnTheButtonFace) {
 TEST_F(IsButtonTest, PressedAndReleasedInsideRaisesClickAfterPaintingHover) {
   LoadStart();
   int paintedBeforeClick = -1;
-  button.events.Click = [&] { paintedBeforeClick = surface.paintedNow; };
+  button.events.Click = [&] { paintedBeforeClick = surface.Count("PaintPending"); };
   button.MouseMove(true);
   EXPECT_EQ(raised, Strings{"MouseEnter"});
-  EXPECT_EQ(button.State(), ButtonState::Hover);
-  EXPECT_EQ(surface.tracked, 1);
+  EXPECT_EQ(surface.Count("TrackMouseLeave"), 1);
   button.MouseDown(MouseButton::Left);
   EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
   button.MouseUp(MouseButton::Left, true);
   EXPECT_EQ(paintedBeforeClick, 1);
   EXPECT_EQ(button.State(), ButtonState::Hover);
-  EXPECT_EQ(surface.tracked, 2);  // tracking restarted
+  EXPECT_EQ(surface.Count("TrackMouseLeave"), 2);  // tracking restarted
 }
 
-TEST_F(IsButtonTest, PressedMovedOffAndReleasedRaisesNoClick) {
-  LoadStart();
-  button.MouseMove(true);
-  button.MouseDown(MouseButton::Left);
-  button.MouseMove(false);
-  button.MouseLeft();  // the platform's own notice, after the captured move
-  button.MouseUp(MouseButton::Left, false);
-  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave"}));
-  EXPECT_EQ(button.State(), ButtonState::Normal);
-  EXPECT_EQ(button.Look().gloss, GlossVariant::Normal);
-
-  // Only the left button clicks.
-  button.MouseMove(true);
-  button.MouseDown(MouseButton::Right);
-  button.MouseUp(MouseButton::Right, true);
-  EXPECT_EQ(raised.back(), "MouseEnter");
-}
-
-TEST_F(IsButtonTest, OnlyAPressAndAReleaseBothOnTheButtonClick) {
+// A click is a left press and a left release both on the button (the
+// pressed look following the held pointer is seen on the screen).
+TEST_F(IsButtonTest, OnlyALeftPressAndReleaseBothOnTheButtonClick) {
   LoadStart();
   // The press began on the window behind and was dragged onto the button.
   button.MouseMove(true);
   button.MouseUp(MouseButton::Left, true);
-  EXPECT_EQ(raised, Strings{"MouseEnter"});
-  EXPECT_EQ(button.State(), ButtonState::Hover);
-
-  // Pressed on the button and released elsewhere with no move between:
-  // no Click, and the pointer has left.
+  // The right button does not click.
+  button.MouseDown(MouseButton::Right);
+  button.MouseUp(MouseButton::Right, true);
+  // Pressed on it and released elsewhere with no move between: the
+  // pointer has left.
   button.MouseDown(MouseButton::Left);
   button.MouseUp(MouseButton::Left, false);
   EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave"}));
@@ -273,134 +223,64 @@ TEST_F(IsButtonTest, OnlyAPressAndAReleaseBothOnTheButtonClick) {
   EXPECT_FALSE(surface.tooltipShown);
 
   // A press is used up by its release: a second release does not click.
-  button.MouseMove(true);
-  button.MouseDown(MouseButton::Left);
-  button.MouseUp(MouseButton::Left, true);
+  ClickInside();
   button.MouseUp(MouseButton::Left, true);
   EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave", "MouseEnter", "Click"}));
 
   // A toggle button is not flipped by a release it did not see pressed.
   button.SetButtonType(1);
   button.MouseUp(MouseButton::Left, true);
-  EXPECT_FALSE(button.Value());
   button.MouseDown(MouseButton::Left);
   button.MouseUp(MouseButton::Left, false);
   EXPECT_FALSE(button.Value());
 }
 
-TEST_F(IsButtonTest, PressedLookFollowsThePointerWhileTheButtonIsHeld) {
-  LoadStart();
-  button.MouseMove(true);
-  button.MouseDown(MouseButton::Left);
-  button.MouseMove(false);  // held, dragged off
-  EXPECT_EQ(button.Look().gloss, GlossVariant::Normal);
-  EXPECT_TRUE(button.PressInProgress());
-  button.MouseMove(true);  // and back
-  EXPECT_EQ(button.State(), ButtonState::Pressed);
-  EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
-  button.MouseUp(MouseButton::Left, true);
-  EXPECT_EQ(raised, (Strings{"MouseEnter", "MouseLeave", "MouseEnter", "Click"}));
-  EXPECT_EQ(button.State(), ButtonState::Hover);
-  EXPECT_FALSE(button.PressInProgress());
-}
-
-TEST_F(IsButtonTest, LosingTheCaptureOrTheFocusWhilePressedDropsThePress) {
-  LoadStart();
-  button.GotFocus();
-  button.MouseMove(true);
-  button.MouseDown(MouseButton::Left);
-  button.CancelPress();  // the capture went elsewhere
-  EXPECT_EQ(button.State(), ButtonState::Hover);
-  EXPECT_NE(button.Look().gloss, GlossVariant::Pressed);
-  button.MouseUp(MouseButton::Left, true);
-  EXPECT_EQ(raised, Strings{"MouseEnter"});
-
-  button.MouseDown(MouseButton::Left);
-  button.LostFocus();
-  EXPECT_EQ(button.Look().gloss, GlossVariant::Hover);
-  button.MouseUp(MouseButton::Left, true);
-  EXPECT_EQ(raised, Strings{"MouseEnter"});
-
-  button.GotFocus();
-  button.KeyDown(ButtonKey::Space, false);
-  button.LostFocus();
-  EXPECT_NE(button.Look().gloss, GlossVariant::Pressed);
-  button.KeyUp(ButtonKey::Space);
-  EXPECT_EQ(raised, Strings{"MouseEnter"});
-
-  // Space that came up without going down here (it went down on the
-  // control that had the focus before) does not click either.
-  button.GotFocus();
-  button.KeyUp(ButtonKey::Space);
-  EXPECT_EQ(raised, Strings{"MouseEnter"});
-}
-
-// A Click handler may close the window and the button with it: nothing
-// may act on the gone window afterwards (a repaint with no window would
-// repaint the whole screen).
-TEST_F(IsButtonTest, ClickThatDestroysTheWindowIsTheLastThingTheButtonDoes) {
-  for (int path = 0; path < 4; ++path) {
+// A Click handler may close the window and the button with it, or free the
+// button object: nothing may act on the gone window afterwards (a repaint
+// with no window would repaint the whole screen).
+TEST(IsButtonClick, ClickThatDestroysTheWindowIsTheLastThingTheButtonDoes) {
+  enum Path { kMouse, kSpace, kAccessKey, kToggleUp, kMouseFreeing };
+  for (const Path path : {kMouse, kSpace, kAccessKey, kToggleUp, kMouseFreeing}) {
     SCOPED_TRACE(path);
     FakeSurface gone;
-    isButton b(gone);
-    b.ReadProperties(
-        {{"Style", 10}, {"Caption", "E&xit"}, {"ButtonType", path == 3 ? 1 : 0}, {"Value", path == 3}});
-    b.Start(true);
-    int callsAtClick = -1;
+    auto b = std::make_unique<isButton>(gone);
+    b->ReadProperties(
+        {{"Style", 10}, {"ButtonType", path == kToggleUp ? 1 : 0}, {"Value", path == kToggleUp}});
+    b->Start(true);
+    std::size_t actsAtClick = 0;
     int clicks = 0;
-    std::vector<std::string> changes;
-    b.PropertyChanged = [&](std::string_view name) { changes.emplace_back(name); };
-    b.events.Click = [&] {
+    Strings changes;
+    b->PropertyChanged = [&](std::string_view name) { changes.emplace_back(name); };
+    b->events.Click = [&] {
       ++clicks;
-      b.SurfaceDetached();
-      callsAtClick = gone.calls;
+      if (path == kMouseFreeing) {
+        b.reset();
+      } else {
+        b->SurfaceDetached();
+      }
+      actsAtClick = gone.acts.size();
     };
-    const auto alive = b.LifeToken();
-    b.MouseMove(true);
-    switch (path) {
-      case 0:
-      case 3:  // a toggle button that is down comes up with Click
-        b.MouseDown(MouseButton::Left);
-        b.MouseUp(MouseButton::Left, true);
-        break;
-      case 1:
-        b.KeyDown(ButtonKey::Space, false);
-        b.KeyUp(ButtonKey::Space);
-        break;
-      case 2:
-        b.AccessKeyPress();
-        break;
+    const auto alive = b->LifeToken();
+    b->MouseMove(true);
+    if (path == kSpace) {
+      b->KeyDown(ButtonKey::Space, false);
+      b->KeyUp(ButtonKey::Space);
+    } else if (path == kAccessKey) {
+      b->AccessKeyPress();
+    } else {
+      b->MouseDown(MouseButton::Left);
+      b->MouseUp(MouseButton::Left, true);
     }
     EXPECT_EQ(clicks, 1);
-    EXPECT_EQ(gone.calls, callsAtClick);
+    EXPECT_EQ(gone.acts.size(), actsAtClick);
     EXPECT_FALSE(*alive);
     EXPECT_TRUE(changes.empty());
+    if (!b) continue;
     // Later input finds nothing to act on either.
-    b.Refresh();
-    b.MouseLeft();
-    EXPECT_EQ(gone.calls, callsAtClick);
+    b->Refresh();
+    b->MouseLeft();
+    EXPECT_EQ(gone.acts.size(), actsAtClick);
   }
-}
-
-TEST_F(IsButtonTest, ClickHandlerMayFreeTheButtonItself) {
-  FakeSurface alone;
-  auto owned = std::make_unique<isButton>(alone);
-  owned->ReadProperties({{"Style", 10}});
-  owned->Start(true);
-  int clicks = 0;
-  owned->events.Click = [&] {
-    ++clicks;
-    owned.reset();
-  };
-  const auto alive = owned->LifeToken();
-  owned->MouseMove(true);
-  owned->MouseDown(MouseButton::Left);
-  const int calls = alone.calls;
-  owned->MouseUp(MouseButton::Left, true);
-  EXPECT_EQ(clicks, 1);
-  EXPECT_EQ(owned, nullptr);
-  EXPECT_FALSE(*alive);
-  EXPECT_LE(alone.calls, calls + 2);  // the hover painted and tracking restarted before Click, nothing after
 }
 
 TEST_F(IsButtonTest, ToggleButtonGoesDownOnOneClickAndUpWithClickOnTheNext) {
@@ -409,7 +289,6 @@ TEST_F(IsButtonTest, ToggleButtonGoesDownOnOneClickAndUpWithClickOnTheNext) {
   ClickInside();
   EXPECT_TRUE(button.Value());
   EXPECT_EQ(button.State(), ButtonState::Hover);
-  EXPECT_EQ(button.Look().state, ButtonState::Pressed);
   EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
   EXPECT_EQ(raised, Strings{"MouseEnter"});  // an up toggle going down raises no Click
 
@@ -424,35 +303,28 @@ TEST_F(IsButtonTest, WithoutMouseTrackingOnlyTheKeyboardClicks) {
   LoadStart(false);
   ClickInside();
   EXPECT_TRUE(raised.empty());
-  EXPECT_EQ(surface.tracked, 0);
+  EXPECT_EQ(surface.Count("TrackMouseLeave"), 0);
 
   EXPECT_EQ(button.KeyDown(ButtonKey::Space, false), FocusMove::None);
   EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
   button.KeyUp(ButtonKey::Space);
-  EXPECT_EQ(raised, Strings{"Click"});
-  EXPECT_EQ(button.State(), ButtonState::Normal);
-
   button.AccessKeyPress();
   EXPECT_EQ(raised, (Strings{"Click", "Click"}));
   EXPECT_EQ(button.State(), ButtonState::Normal);
 }
 
-TEST_F(IsButtonTest, ArrowsMoveTheFocusAndTabAlsoRaisesMouseLeave) {
+TEST_F(IsButtonTest, FocusShowsTheHoverGlossAndTheDefaultThemeStateAndItsLossDropsAPress) {
   LoadStart();
-  EXPECT_EQ(button.KeyDown(ButtonKey::Right, false), FocusMove::Next);
-  EXPECT_EQ(button.KeyDown(ButtonKey::Down, false), FocusMove::Next);
-  EXPECT_EQ(button.KeyDown(ButtonKey::Left, false), FocusMove::Previous);
-  EXPECT_EQ(button.KeyDown(ButtonKey::Up, false), FocusMove::Previous);
-  EXPECT_TRUE(raised.empty());
-  EXPECT_EQ(button.KeyDown(ButtonKey::Tab, true), FocusMove::Previous);
-  EXPECT_EQ(raised, Strings{"MouseLeave"});
-}
-
-TEST_F(IsButtonTest, FocusShowsTheHoverGlossAndTheDefaultThemeState) {
-  LoadStart();
-  EXPECT_EQ(button.Look().gloss, GlossVariant::Normal);
+  // Losing the focus drops a press in progress.
   button.GotFocus();
+  button.MouseMove(true);
+  button.MouseDown(MouseButton::Left);
+  button.LostFocus();
   EXPECT_EQ(button.Look().gloss, GlossVariant::Hover);
+  button.MouseUp(MouseButton::Left, true);
+  EXPECT_EQ(raised, Strings{"MouseEnter"});
+
+  button.GotFocus();
   button.SetEnabled(false);
   EXPECT_EQ(button.Look().gloss, GlossVariant::Hover);  // disabled but focused
 
@@ -470,11 +342,9 @@ TEST_F(IsButtonTest, ThemedStyleWithoutVisualStylesBecomesTheNonThemeStyleAtItsF
   button.SetStyle(6);
   changed.clear();
   EXPECT_EQ(button.Style(), 6);
-  const ButtonLook look = button.Look();
-  EXPECT_EQ(look.style, 8);
+  EXPECT_EQ(button.Look().style, 8);
   EXPECT_EQ(button.Style(), 8);
   EXPECT_EQ(changed, Strings{"Style"});
-  EXPECT_EQ(surface.region.points.front(), (ButtonPoint{0, 2}));
 
   surface.visualStyles = true;
   button.SetStyle(6);
@@ -482,7 +352,9 @@ TEST_F(IsButtonTest, ThemedStyleWithoutVisualStylesBecomesTheNonThemeStyleAtItsF
   EXPECT_EQ(surface.region.kind, ButtonRegion::Kind::Theme);
 }
 
-TEST_F(IsButtonTest, TooltipTakesTheContainersTextWhileTheMouseIsOver) {
+// The control holds the container's tooltip text while the mouse is over
+// it, and the text is saved whichever of the two holds it.
+TEST_F(IsButtonTest, TooltipTakesTheContainersTextWhileTheMouseIsOverAndIsSaved) {
   button.ReadProperties({{"ToolTipText", "Starts the messages"},
                          {"Tooltiptitle", "Start"},
                          {"ToolTipIcon", 1},
@@ -499,69 +371,39 @@ TEST_F(IsButtonTest, TooltipTakesTheContainersTextWhileTheMouseIsOver) {
   EXPECT_EQ(surface.tooltip.foreColor, Sys(8));
   EXPECT_EQ(surface.tooltip.backColor, Sys(24));
   EXPECT_EQ(button.ContainerToolTipText(), "");
+  PropertyStore saved;
+  button.WriteProperties(saved);
+  EXPECT_EQ(saved.ReadString("tooltiptext", ""), "Starts the messages");
 
   button.SetToolTipText("Go");
   EXPECT_EQ(surface.tooltip.text, "Go");
   button.MouseLeft();
   EXPECT_FALSE(surface.tooltipShown);
   EXPECT_EQ(button.ContainerToolTipText(), "Go");
-}
-
-TEST_F(IsButtonTest, TooltipTextSurvivesSavingAndReloading) {
-  button.ReadProperties({{"Style", 10}});
-  button.Start(true);
-  button.SetToolTipText("Starts the messages");
-  PropertyStore saved;
   button.WriteProperties(saved);
-  EXPECT_EQ(saved.ReadString("tooltiptext", ""), "Starts the messages");
-
-  FakeSurface again;
-  isButton reloaded(again);
-  reloaded.ReadProperties(saved);
-  reloaded.Start(true);
-  EXPECT_EQ(reloaded.ToolTipText(), "Starts the messages");
-  reloaded.MouseMove(true);
-  EXPECT_EQ(again.tooltip.text, "Starts the messages");
-
-  // Saved while the tooltip shows (the control holds the text then), and
-  // saved with no text: the key goes.
-  PropertyStore whileOver;
-  reloaded.WriteProperties(whileOver);
-  EXPECT_EQ(whileOver.ReadString("ToolTipText", ""), "Starts the messages");
-  reloaded.SetToolTipText("");
-  reloaded.MouseLeft();
-  reloaded.WriteProperties(whileOver);
-  EXPECT_FALSE(whileOver.Has("ToolTipText"));
+  EXPECT_EQ(saved.ReadString("ToolTipText", ""), "Go");
+  button.SetToolTipText("");
+  button.WriteProperties(saved);
+  EXPECT_FALSE(saved.Has("ToolTipText"));
 }
 
 // --- Layout ----------------------------------------------------------------
 
-TEST_F(IsButtonTest, SmallButtonGrowsToThreeHundredTwipsEachWay) {
-  surface.size = {200, 100};
-  LoadStart();
-  EXPECT_EQ(surface.size, (ButtonSize{300, 300}));
-  surface.size = {975, 299};
-  button.Layout();
-  EXPECT_EQ(surface.size, (ButtonSize{975, 300}));
-  surface.size = {975, 435};
-  button.Layout();
-  EXPECT_EQ(surface.size, (ButtonSize{975, 435}));
-}
-
 TEST_F(IsButtonTest, CentredCaptionLiesInTheMiddleOfTheButton) {
-  button.ReadProperties({{"Style", 10}, {"Caption", "Add"}});
-  button.Start(true);
+  LoadStart();
+  button.SetCaption("Add");
   // 65 x 29 pixels, "Add" 21 x 16: 22 + 21 + 22 across, 6.5 above rounds to 6.
   EXPECT_EQ(button.CaptionRectangle(), (ButtonRect{22, 6, 43, 22}));
   EXPECT_EQ(button.CaptionDrawFlags(), 21u);
   EXPECT_EQ(surface.measureFlags, 0x410u);
+  EXPECT_EQ(button.Margin(), 7);
 
   // Halves go to the even neighbour and the width is kept: 37 / 2 and 93 / 2.
   button.SetCaption("Edit");
   EXPECT_EQ(button.CaptionRectangle(), (ButtonRect{18, 6, 46, 22}));
 
   // Halves that round apart would lose a pixel and break the caption in
-  // two: 43 / 2 and 225 / 2 across, 13 / 2 and 45 / 2 down.
+  // two ("Edit Font" at 150 %): 43 / 2 and 225 / 2 across, 13 / 2 and 45 / 2 down.
   EXPECT_EQ(CaptionRect(0, 134, 29, ButtonRect{4, 4, 95, 20}, 3, 16, false, 0), (ButtonRect{22, 6, 113, 22}));
 }
 
@@ -584,31 +426,25 @@ TEST(IsButtonArt, GreyKeepsTheSixteenStepsAndWhiteAndRoundsHalvesToEven) {
   for (unsigned v = 0; v < 256; v += 16) EXPECT_EQ(GreyColor(Rgb(v, v, v)), Rgb(v, v, v)) << v;
   EXPECT_EQ(GreyColor(0x00FFFFFF), 0x00FFFFFFu);
   EXPECT_EQ(GreyColor(Rgb(17, 17, 17)), Rgb(18, 18, 18));        // 17.51
-  EXPECT_EQ(GreyColor(Rgb(255, 0, 0)), Rgb(84, 84, 84));         // 84.15
-  EXPECT_EQ(GreyColor(Rgb(0, 255, 0)), Rgb(150, 150, 150));      // 150.45
   EXPECT_EQ(GreyColor(Rgb(0, 0, 50)), Rgb(6, 6, 6));             // 5.5
   EXPECT_EQ(GreyColor(Rgb(0, 0, 150)), Rgb(16, 16, 16));         // 16.5
   EXPECT_EQ(GreyColor(Rgb(255, 255, 254)), Rgb(255, 255, 255));  // 262.54, at most 255
 }
 
 TEST(IsButtonArt, GradientRunsLinearlyFromFirstToLastLine) {
-  EXPECT_EQ(GradientStep(Rgb(0, 100, 200), Rgb(100, 0, 250), 0, 11), Rgb(0, 100, 200));
   EXPECT_EQ(GradientStep(Rgb(0, 100, 200), Rgb(100, 0, 250), 5, 11), Rgb(50, 50, 225));
   EXPECT_EQ(GradientStep(Rgb(0, 100, 200), Rgb(100, 0, 250), 10, 11), Rgb(100, 0, 250));
 }
 
 TEST(IsButtonCaption, AccessKeyIsTheLetterAfterTheAmpersand) {
-  const AccessKeyCaption start = ParseAccessKey("&Start");
-  EXPECT_EQ(start.text, "Start");
-  EXPECT_EQ(start.underlined, 0);
-  EXPECT_EQ(start.key, 'S');
   const AccessKeyCaption exit = ParseAccessKey("E&xit");
   EXPECT_EQ(exit.text, "Exit");
   EXPECT_EQ(exit.underlined, 1);
   EXPECT_EQ(exit.key, 'X');
-  EXPECT_EQ(ParseAccessKey("Save && Go").text, "Save & Go");
-  EXPECT_EQ(ParseAccessKey("Save && Go").key, 0);
-  EXPECT_EQ(ParseAccessKey("Add").underlined, -1);
+  const AccessKeyCaption save = ParseAccessKey("Save && Go");
+  EXPECT_EQ(save.text, "Save & Go");
+  EXPECT_EQ(save.underlined, -1);
+  EXPECT_EQ(save.key, 0);
 }
 
 }  // namespace

@@ -41,48 +41,34 @@ void ExpectFocused(const TabButton& tab) {
   EXPECT_EQ(tab.LblTextColor(), 0x00FFFFFFu) << tab.ButtonText();
 }
 
-TEST(TabMenuLayout, TabsSitSideBySideWithDividersAtTheirRightEdges) {
+// Each button goes at the right-hand end: tabs 1050 wide with their
+// dividers inside at their right edges, menu buttons 405 wide. Other styles
+// add nothing and raise nothing.
+TEST(TabMenuLayout, AddButtonPutsEachButtonAtTheRightHandEnd) {
   SettingsBar s;
-  ASSERT_EQ(s.bar.TabButtonUBound(), 4);
-  int left = 0;
-  for (std::int16_t i = 2; i <= 4; ++i) {
+  std::vector<const TabElement*> created;
+  s.bar.ElementCreated = [&](TabElement& e) { created.push_back(&e); };
+  for (std::int16_t style : {2, 1, 0, 3, -1, 2, 2, 1}) s.bar.AddButton(style, "x");
+  ASSERT_EQ(s.bar.TabButtonUBound(), 6);
+  ASSERT_EQ(s.bar.TabButtonMenuUBound(), 4);
+  EXPECT_TRUE(s.raised.empty());
+
+  std::vector<int> lefts;
+  for (std::int16_t i = 2; i <= 4; ++i) lefts.push_back(s.bar.Tab(i).Bounds().left);
+  for (const TabElement* e : created) lefts.push_back(e->Bounds().left);
+  EXPECT_EQ(lefts, (std::vector<int>{0, 1050, 2100, 3150, 3555, 4605, 5010, 5415}));
+  for (std::int16_t i = 2; i <= 6; ++i) {
     const TabButton& tab = s.bar.Tab(i);
-    EXPECT_EQ(tab.Bounds(), (TwipRect{left, 0, 1050, 525})) << i;
+    EXPECT_EQ(tab.Bounds(), (TwipRect{tab.Bounds().left, 0, 1050, 525})) << i;
     EXPECT_TRUE(tab.Visible());
-    // The divider follows the picture box, inside the tab.
     const TwipRect sep = tab.Separator().Bounds();
     EXPECT_EQ(sep.left, tab.ImgButtonRect().width);
     EXPECT_LE(sep.left + sep.width, tab.Bounds().width);
-    left += 1050;
   }
+  EXPECT_EQ(s.bar.MenuButton(2).Bounds().width, 405);
+  EXPECT_TRUE(s.bar.MenuButton(2).Visible());
   EXPECT_EQ(s.About().LblText(), "About");
   EXPECT_FALSE(s.bar.Tab(1).Visible() || s.bar.MenuButton(1).Visible()) << "the templates stay hidden";
-}
-
-TEST(TabMenuLayout, EachButtonIsAddedAtTheRightHandEnd) {
-  TabMenu bar;
-  std::vector<const TabElement*> created;
-  bar.ElementCreated = [&](TabElement& e) { created.push_back(&e); };
-  for (std::int16_t style : {1, 2, 1, 2, 2, 1}) bar.AddButton(style, "x");
-
-  ASSERT_EQ(created.size(), 6u);
-  EXPECT_EQ(bar.TabButtonUBound(), 4);
-  EXPECT_EQ(bar.TabButtonMenuUBound(), 4);
-  std::vector<int> lefts;
-  for (const TabElement* e : created) {
-    lefts.push_back(e->Bounds().left);
-    EXPECT_EQ(e->Bounds().width, e->IsTab() ? 1050 : 405);
-  }
-  EXPECT_EQ(lefts, (std::vector<int>{0, 1050, 1455, 2505, 2910, 3315}));
-}
-
-TEST(TabMenuLayout, OtherStylesAddNothingAndRaiseNothing) {
-  SettingsBar s;
-  int created = 0;
-  s.bar.ElementCreated = [&](TabElement&) { ++created; };
-  for (std::int16_t style : {0, 3, -1}) s.bar.AddButton(style, "Nope");
-  EXPECT_EQ(created + s.bar.TabButtonUBound() + s.bar.TabButtonMenuUBound(), 0 + 4 + 1);
-  EXPECT_TRUE(s.raised.empty());
 }
 
 TEST(TabMenuLayout, APlaceBeyond16BitsIsRefusedBeforeAnythingIsAdded) {
@@ -177,11 +163,15 @@ TEST(TabMenuHover, HoverMovesFromButtonToButtonButNeverOntoTheFocusedTab) {
   s.Help().ImgButton_MouseMove();
   EXPECT_EQ(menu.ImgButton(), TabPicture::Normal);
 
+  // The focused tab keeps its look, yet a move over it takes the hover
+  // away from the others.
   s.bar.SetTabFocus(1);
   s.Messages().ImgButton_MouseMove();
   s.Help().ImgButton_MouseMove();
-  ExpectFocused(s.Messages());
   EXPECT_EQ(s.Help().ImgButton(), TabPicture::Over);
+  s.Messages().ImgButton_MouseMove();
+  ExpectFocused(s.Messages());
+  EXPECT_EQ(s.Help().ImgButton(), TabPicture::Normal);
 }
 
 }  // namespace

@@ -18,7 +18,6 @@ TEST(FontChooserRequest, TheProgramsCallAsksForScreenFontsFromTheFontRecordOnly)
   EXPECT_FALSE(r.record.hasOwner);
   EXPECT_FALSE(r.record.printerDc);
   // 200 / 15 = 13.33: 13 pixels; tenths of a point.
-  EXPECT_EQ(r.logFont.height, -13);
   EXPECT_EQ(r.record.pointSize, 100);
   EXPECT_EQ(r.logFont, (LogFontFields{-13, 400, false, false, false, "Arial"}));
   // 12 points at 144 dpi (10 twips a pixel): 24; 9.75 points at 96: -13 (13.0).
@@ -62,8 +61,8 @@ TEST(FontChooserResult, OnlyAConfirmationCopiesBackAndAFailureRaisesTheWrappersE
 
   DialogFont font = kTenPoint;
   std::uint32_t flags = 0x41, color = 0;
-  ApplyChooseFontResult({0x141, 0xFF, kBoldFontType, 120, 700, true, false, true, "Times New Roman"}, font, flags,
-                        color);
+  ApplyChooseFontResult({0x141, 0xFF, kBoldFontType, 120, 700, true, false, true, "Times New Roman"}, font,
+                        flags, color);
   EXPECT_EQ(font, (DialogFont{"Times New Roman", 12, true, true, false, true, 700}));
   EXPECT_EQ(flags, 0x141u);
   EXPECT_EQ(color, 0xFFu);
@@ -76,7 +75,8 @@ TEST(FontChooserResult, OnlyAConfirmationCopiesBackAndAFailureRaisesTheWrappersE
 
   ASSERT_TRUE(RefusedHelpCommand(513, "q").has_value());
   EXPECT_EQ(RefusedHelpCommand(515, "q")->Number(), 13705);
-  EXPECT_EQ(RefusedHelpCommand(515, "q")->Description(), "Invalid WinHelp Command Passed to ShowHelp function.");
+  EXPECT_EQ(RefusedHelpCommand(515, "q")->Description(),
+            "Invalid WinHelp Command Passed to ShowHelp function.");
   EXPECT_FALSE(RefusedHelpCommand(1, "q").has_value());
 }
 
