@@ -36,8 +36,8 @@ TEST(PropertyStore, MissingAndUnusableValuesReadAsTheDefault) {
 TEST(PropertyStore, ReadsTextNumbersAndBooleansAsTheKindAsked) {
   PropertyStore store{{"Enabled", "False"},      {"Value", "true"},          {"Style", "10"},
                       {"BackColor", "&HB36A36"}, {"FontColor", -2147483633}, {"ShowFocus", 1},
-                      {"bRTLText", true},        {"Tooltiptitle", 42},
-                      {"MaskColor", "&H8000000F&"}, {"IconSize", "32767"}, {"IconAlign", "-32768"}};
+                      {"bRTLText", true},        {"Tooltiptitle", 42},       {"MaskColor", "&H8000000F&"},
+                      {"IconSize", "32767"},     {"IconAlign", "-32768"},    {"HoverColor", "&hff00"}};
   EXPECT_FALSE(store.ReadBool("Enabled", true));
   EXPECT_TRUE(store.ReadBool("Value", false));
   EXPECT_TRUE(store.ReadBool("ShowFocus", false));
@@ -50,6 +50,7 @@ TEST(PropertyStore, ReadsTextNumbersAndBooleansAsTheKindAsked) {
   EXPECT_EQ(store.ReadColor("MaskColor", 0), 0x8000000Fu);
   EXPECT_EQ(store.ReadInteger("IconSize", 16), 32767);
   EXPECT_EQ(store.ReadInteger("IconAlign", 0), -32768);
+  EXPECT_EQ(store.ReadColor("HoverColor", 0), 0xFF00u) << "a lower-case &h";
 }
 
 TEST(PropertyStore, WritesOnlyWhatDiffersFromTheDefaultUnlessAlways) {

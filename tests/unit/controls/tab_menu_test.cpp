@@ -79,6 +79,21 @@ TEST(TabMenuLayout, APlaceBeyond16BitsIsRefusedBeforeAnythingIsAdded) {
   EXPECT_THROW(bar.AddButton(2, ""), std::overflow_error);
   EXPECT_EQ(bar.TabButtonUBound(), 33);
   EXPECT_EQ(bar.TabButtonMenuUBound(), 1);
+  EXPECT_THROW(bar.Tab(0), std::out_of_range);
+  EXPECT_THROW(bar.Tab(34), std::out_of_range);
+  EXPECT_THROW(bar.MenuButton(2), std::out_of_range);
+}
+
+// A new caption tells the window to repaint; the same caption again does not.
+TEST(TabMenuLayout, SetTextRepaintsOnlyForANewCaption) {
+  SettingsBar s;
+  int changes = 0;
+  s.Help().Changed = [&] { ++changes; };
+  s.Help().SetText("Help");
+  EXPECT_EQ(changes, 0);
+  s.Help().SetText("Hilfe");
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(s.Help().LblText(), "Hilfe");
 }
 
 TEST(TabMenuClicks, SetTabFocusSelectsTheNthAddedTabAndReclickingRaisesAgain) {
