@@ -27,9 +27,8 @@ bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds t
 // A fresh program folder in the temporary folder, holding its own copy of
 // quillmere.exe, removed with everything in it afterwards. Its name holds
 // Cyrillic and CJK letters (kProgramFolderStem): the program runs from a
-// folder named in any script. It is made, filled, read and removed with
-// the wide-character calls only. Relative parts begin with "\" and are
-// ASCII.
+// folder named in any script. It is made, filled, read and removed through
+// wide-character paths only. Relative parts begin with "\" and are ASCII.
 inline constexpr std::wstring_view kProgramFolderStem =
     L"quillmere-e2e-\u041f\u0440\u043e\u0432\u0435\u0440\u043a\u0430-\u6e2c\u8a66";
 
@@ -55,6 +54,9 @@ class ProgramFolder {
   std::wstring path_;
 };
 
+// The tray menu's items, counted up from the bottom.
+enum TrayItem { kExitItem = 1, kStopItem, kStartItem, kSettingsItem };
+
 class RunningProgram {
  public:
   // Starts the folder's quillmere.exe with the command line's arguments.
@@ -66,30 +68,42 @@ class RunningProgram {
 
   bool Started() const { return process_ != nullptr; }
   HANDLE Process() const { return process_; }
-  bool Running() const;
+  bool Running() const { return process_ && ::WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
   // Waits for the program to end; its exit code, or nothing on time-out.
   std::optional<DWORD> WaitForExit(std::chrono::milliseconds timeout);
+  // Waits for the settings window and the overlay to be made.
+  bool WaitForWindows() const;
 
   // The program's top-level windows of a class (visible or not).
   std::vector<HWND> Windows(const char* className) const;
-  HWND SettingsWindow() const;
-  HWND Overlay() const;
-  // The first visible top-level window of the program of a class.
-  HWND VisibleWindow(const char* className) const;
-  // The tray menu while it is open, a message box while one is shown.
-  HWND OpenMenu() const;
-  HWND MessageBox() const;
+  // The first top-level window of the program of a class, or the first
+  // visible one.
+  HWND Window(const char* className, bool visible = false) const;
+  HWND SettingsWindow() const { return Window("QuillmereSettings"); }
+  HWND Overlay() const { return Window("QuillmereOverlay"); }
+  HWND VisibleWindow(const char* className) const { return Window(className, true); }
+  // The tray menu while it is open, a message box or the font chooser while
+  // one is shown.
+  HWND OpenMenu() const { return Window("#32768", true); }
+  HWND MessageBox() const { return Window("#32770", true); }
   // The message box's text.
   static std::string MessageBoxText(HWND box);
   // The phrase in the overlay's label, asked of the overlay (its window
   // text is empty); nothing when there is no overlay or it did not answer.
   std::optional<std::string> OverlayPhrase() const;
+  bool OverlayShown() const { return Overlay() && ::IsWindowVisible(Overlay()); }
+  // Pixels of a colour on the screen where the overlay shows (none while it
+  // is hidden).
+  int OverlayPixels(COLORREF colour) const;
 
-  // The notification area's report of a mouse message over the icon.
-  void TrayMouse(UINT mouseMessage) const;
-  // Picks a tray menu item by the keyboard: steps up from the bottom
-  // (1 Exit Application, 2 Stop, 3 Start) and presses Enter.
-  void ChooseFromMenu(int stepsUp) const;
+  // The notification area's report of a mouse message over the icon; true
+  // once the tray menu is open.
+  bool TrayMouse(UINT mouseMessage) const;
+  // Picks a tray menu item by the keyboard (steps up from the bottom, then
+  // Enter); true once the menu is gone.
+  bool ChooseFromMenu(TrayItem item) const;
+  // Opens the tray menu with a click on the icon and picks an item.
+  bool ChooseFromTray(TrayItem item) const { return TrayMouse(WM_LBUTTONUP) && ChooseFromMenu(item); }
 
  private:
   HANDLE process_ = nullptr;

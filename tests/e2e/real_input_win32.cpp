@@ -15,7 +15,8 @@ HWND Control(HWND form, int id) {
 
 std::wstring WideText(HWND hwnd) {
   wchar_t text[8192] = {};
-  ::SendMessageTimeoutW(hwnd, WM_GETTEXT, 8192, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000, nullptr);
+  ::SendMessageTimeoutW(hwnd, WM_GETTEXT, 8192, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000,
+                        nullptr);
   return text;
 }
 
@@ -23,6 +24,18 @@ std::string AsciiText(HWND hwnd) {
   std::string out;
   for (wchar_t c : WideText(hwnd)) out += c < 128 ? static_cast<char>(c) : '?';
   return out;
+}
+
+POINT Middle(HWND hwnd) {
+  RECT r{};
+  ::GetWindowRect(hwnd, &r);
+  return {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+}
+
+HWND FocusedControl(HWND form) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  return ::GetGUIThreadInfo(::GetWindowThreadProcessId(form, nullptr), &info) ? info.hwndFocus : nullptr;
 }
 
 void SendMouse(DWORD flags, POINT at, DWORD data) {
@@ -35,13 +48,13 @@ void SendMouse(DWORD flags, POINT at, DWORD data) {
   ::SendInput(1, &input, sizeof input);
 }
 
-void ClickScreen(POINT at) {
+void ClickScreen(POINT at, bool settle) {
   SendMouse(MOUSEEVENTF_MOVE, at);
   ::Sleep(50);
   SendMouse(MOUSEEVENTF_LEFTDOWN, at);
   ::Sleep(30);
   SendMouse(MOUSEEVENTF_LEFTUP, at);
-  ::Sleep(150);
+  if (settle) ::Sleep(150);
 }
 
 void Click(HWND control, int dx, int dy) {
@@ -58,10 +71,16 @@ void Key(WORD vk, bool up) {
   ::SendInput(1, &input, sizeof input);
 }
 
-void PressKey(WORD vk) {
+void PressKey(WORD vk, bool settle) {
   Key(vk, false);
   Key(vk, true);
-  ::Sleep(150);
+  if (settle) ::Sleep(150);
+}
+
+void PressAlt(char key) {
+  Key(VK_MENU, false);
+  PressKey(key);
+  Key(VK_MENU, true);
 }
 
 void TypeText(std::wstring_view text) {
@@ -100,6 +119,11 @@ void PasteInto(HWND box, std::wstring_view text) {
   ::SendMessageW(box, WM_PASTE, 0, 0);
 }
 
+void SelectRow(HWND form, int listId, int row) {
+  Click(Control(form, listId), 60, 8);
+  for (int i = 0; i < row; ++i) PressKey(VK_DOWN);
+}
+
 std::string Answer(const RunningProgram& program, int button) {
   HWND box = nullptr;
   if (!WaitFor([&] { return (box = program.MessageBox()) != nullptr; }, 5s)) return "(no message box)";
@@ -109,18 +133,23 @@ std::string Answer(const RunningProgram& program, int button) {
   return text;
 }
 
-POINT Middle(HWND hwnd) {
-  RECT r{};
-  ::GetWindowRect(hwnd, &r);
-  return {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-}
-
 HWND StartFirstRun(RunningProgram& program) {
   EXPECT_TRUE(program.Started()) << BuiltProgramPath();
   HWND form = nullptr;
   WaitFor([&] { return (form = program.SettingsWindow()) != nullptr && ::IsWindowVisible(form); }, 10s);
   EXPECT_EQ(Answer(program, IDOK), "To view help click the 'Help' tab at the top of this window.");
   return form;
+}
+
+HWND OpenFontChooser(const RunningProgram& program, HWND form) {
+  Click(Control(form, kIdCmdEditFont));
+  HWND chooser = nullptr;
+  if (WaitFor([&] { return (chooser = program.MessageBox()) != nullptr; }, 5s)) ::Sleep(300);
+  return chooser;
+}
+
+HWND ChooserEdit(HWND chooser, int combo) {
+  return ::FindWindowExW(::GetDlgItem(chooser, combo), nullptr, L"Edit", nullptr);
 }
 
 }  // namespace qm::test
