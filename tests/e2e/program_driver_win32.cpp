@@ -111,35 +111,12 @@ bool RunningProgram::WaitForWindows() const {
   return Started() && WaitFor([&] { return SettingsWindow() && Overlay(); }, 10s);
 }
 
-namespace {
-
-struct WindowSearch {
-  DWORD pid;
-  const char* className;
-  std::vector<HWND> found;
-};
-
-BOOL CALLBACK CollectWindow(HWND hwnd, LPARAM p) {
-  auto& s = *reinterpret_cast<WindowSearch*>(p);
-  DWORD pid = 0;
-  ::GetWindowThreadProcessId(hwnd, &pid);
-  char name[64] = {};
-  ::GetClassNameA(hwnd, name, sizeof name);
-  if (pid == s.pid && std::string(name) == s.className) s.found.push_back(hwnd);
-  return TRUE;
-}
-
-}  // namespace
-
-std::vector<HWND> RunningProgram::Windows(const char* className) const {
-  WindowSearch search{processId_, className, {}};
-  ::EnumWindows(CollectWindow, reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
 HWND RunningProgram::Window(const char* className, bool visible) const {
-  for (HWND w : Windows(className))
-    if (!visible || ::IsWindowVisible(w)) return w;
+  for (HWND w = nullptr; (w = ::FindWindowExA(nullptr, w, className, nullptr)) != nullptr;) {
+    DWORD pid = 0;
+    ::GetWindowThreadProcessId(w, &pid);
+    if (pid == processId_ && (!visible || ::IsWindowVisible(w))) return w;
+  }
   return nullptr;
 }
 

@@ -11,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "../support/test_helpers_win32.h"
 
@@ -74,10 +73,8 @@ class RunningProgram {
   // Waits for the settings window and the overlay to be made.
   bool WaitForWindows() const;
 
-  // The program's top-level windows of a class (visible or not).
-  std::vector<HWND> Windows(const char* className) const;
-  // The first top-level window of the program of a class, or the first
-  // visible one.
+  // The program's first top-level window of a class, or its first visible
+  // one.
   HWND Window(const char* className, bool visible = false) const;
   HWND SettingsWindow() const { return Window("QuillmereSettings"); }
   HWND Overlay() const { return Window("QuillmereOverlay"); }

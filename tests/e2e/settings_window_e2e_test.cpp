@@ -1,17 +1,25 @@
 // The settings window as a user meets it at a first run, in one run of the
 // real program that the tests below share in their order: the hint, the
 // library edited by typing into its boxes and clicking its buttons with the
-// bytes on disk checked afterwards, the tab order and access keys, and a
-// checked category's phrases flashed after Start.
+// bytes on disk checked afterwards, the tab order and access keys, the font
+// chooser opened from "Edit Font" and answered in its own controls, the
+// wheels turned with the mouse and the keys, a colour picked in the
+// drop-down, each checked on the screen and in the settings file, and a
+// checked category's phrases flashed in that colour after Start.
 #include <gtest/gtest.h>
+
+#include "program_driver_win32.h"
+#include "real_input_win32.h"
+// After windows.h:
+#include <commctrl.h>
+#include <dlgs.h>
 
 #include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "program_driver_win32.h"
-#include "real_input_win32.h"
+#include "settings/color_swatches.h"
 #include "settings/settings_ids.h"
 
 namespace qm::test {
@@ -20,6 +28,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr UINT kGetItemCount = 0x1004;  // LVM_GETITEMCOUNT
+constexpr COLORREF kRed = RGB(255, 0, 0), kGrey = RGB(192, 192, 192);
 
 // A library of two categories, one checked, no settings file, and a DATA01
 // waiting to replace DATA; started with "firstrun".
@@ -40,6 +49,24 @@ class SettingsWindow : public ::testing::Test {
     folder.reset();
   }
   void SetUp() override { ASSERT_NE(form, nullptr); }
+
+  // The line of the settings file (0 the font name ... 6 the frequency).
+  static std::string Entry(int line) {
+    const std::string file = folder->Get("\\__.__");
+    std::size_t start = 0;
+    for (int i = 0; i < line; ++i) {
+      start = file.find("\r\n", start);
+      if (start == std::string::npos) return "(none)";
+      start += 2;
+    }
+    return file.substr(start, file.find("\r\n", start) - start);
+  }
+  static RECT Preview() {
+    RECT r{};
+    ::GetWindowRect(Control(form, kIdPicture1), &r);
+    return r;
+  }
+
   static inline std::optional<ProgramFolder> folder;
   static inline std::optional<RunningProgram> program;
   static inline HWND form = nullptr;
@@ -127,7 +154,134 @@ TEST_F(SettingsWindow, TabWalksTheWholeWindowAndAltXAsksBeforeTheProgramEnds) {
   EXPECT_TRUE(program->Running());
 }
 
-TEST_F(SettingsWindow, CheckingACategoryChangesWhatIsFlashedAfterStart) {
+TEST_F(SettingsWindow, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRoundedLook) {
+  ASSERT_FALSE(folder->Has("\\__.__"));
+  // Cancel: the preview's 9.75 points are stored as 10.
+  HWND dialog = OpenFontChooser(*program, form);
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(AsciiText(dialog), "Font");
+  EXPECT_EQ(AsciiText(::GetDlgItem(dialog, cmb3)), "10");
+  Click(::GetDlgItem(dialog, IDCANCEL));
+  ASSERT_TRUE(WaitFor([&] { return folder->Has("\\__.__"); }, 3s));
+  EXPECT_EQ(folder->Get("\\__.__"), "Arial\r\n10\r\nFalse\r\nFalse\r\n12632256\r\n1\r\n1");
+
+  // OK after stepping the face from Arial to the next one (Courier New),
+  // typing 24 into the size and stepping the style down to Bold.
+  const int greyBefore = CountScreenColour(Preview(), kGrey);
+  dialog = OpenFontChooser(*program, form);
+  ASSERT_NE(dialog, nullptr);
+  const HWND faceEdit = ChooserEdit(dialog, cmb1), styleEdit = ChooserEdit(dialog, cmb2);
+  ASSERT_TRUE(faceEdit && styleEdit && ChooserEdit(dialog, cmb3));
+  Click(faceEdit);
+  PressKey(VK_DOWN);
+  EXPECT_EQ(AsciiText(faceEdit), "Courier New");
+  Click(ChooserEdit(dialog, cmb3));
+  ::SendMessageW(ChooserEdit(dialog, cmb3), EM_SETSEL, 0, -1);
+  TypeText(L"24");
+  Click(styleEdit);
+  PressKey(VK_HOME);
+  PressKey(VK_DOWN);
+  PressKey(VK_DOWN);
+  EXPECT_EQ(AsciiText(styleEdit), "Bold");
+  Click(::GetDlgItem(dialog, IDOK));
+  EXPECT_TRUE(WaitFor(
+      [&] { return folder->Get("\\__.__") == "Courier New\r\n24\r\nTrue\r\nFalse\r\n12632256\r\n1\r\n1"; },
+      3s))
+      << folder->Get("\\__.__");
+  // The preview's text grew: far more of its grey on the screen.
+  ::Sleep(300);
+  EXPECT_GT(CountScreenColour(Preview(), kGrey), greyBefore * 2);
+}
+
+TEST_F(SettingsWindow, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSavesEachTurn) {
+  const auto position = [](int id) {
+    return static_cast<int>(::SendMessageW(Control(form, id), TBM_GETPOS, 0, 0));
+  };
+  // The wheel's label and the settings file tell its position, or `want`.
+  const auto shown = [&](int id, int want = -1) {
+    const std::string v = std::to_string(want < 0 ? position(id) : want);
+    const bool duration = id == kIdBvlWheel1;
+    return WaitFor(
+        [&] {
+          return AsciiText(Control(form, duration ? kIdLblDuration : kIdLblFrequency)) ==
+                     (duration ? "Duration: " + v + " Millisecond(s)" : "Frequency: " + v + " Second(s)") &&
+                 Entry(duration ? 5 : 6) == v;
+        },
+        3s);
+  };
+  ASSERT_EQ(position(kIdBvlWheel1), 1) << "the stored duration";
+
+  // A click in the channel right of the thumb moves it up a page.
+  RECT bar{};
+  ::GetWindowRect(Control(form, kIdBvlWheel1), &bar);
+  ClickScreen({bar.right - 12, (bar.top + bar.bottom) / 2});
+  EXPECT_TRUE(WaitFor([&] { return position(kIdBvlWheel1) > 1; }, 3s));
+  EXPECT_TRUE(shown(kIdBvlWheel1)) << AsciiText(Control(form, kIdLblDuration)) << " " << Entry(5);
+  const int afterClick = position(kIdBvlWheel1);
+
+  // The arrows step by one; End goes to the top.
+  PressKey(VK_RIGHT);
+  EXPECT_TRUE(shown(kIdBvlWheel1, afterClick + 1));
+  PressKey(VK_LEFT);
+  PressKey(VK_LEFT);
+  EXPECT_TRUE(shown(kIdBvlWheel1, afterClick - 1));
+  PressKey(VK_END);
+  EXPECT_TRUE(shown(kIdBvlWheel1, 1000));
+
+  // The frequency wheel: a click gives it the focus, the mouse wheel turns
+  // it up two notches, End takes it to the top and Home to the bottom.
+  ::GetWindowRect(Control(form, kIdBvlWheel2), &bar);
+  const POINT over{bar.right - 4, (bar.top + bar.bottom) / 2};
+  ClickScreen(over);
+  const int before = position(kIdBvlWheel2);
+  SendMouse(MOUSEEVENTF_WHEEL, over, static_cast<DWORD>(2 * WHEEL_DELTA));
+  EXPECT_TRUE(shown(kIdBvlWheel2, std::min(before + 2, 30))) << position(kIdBvlWheel2);
+  PressKey(VK_END);
+  EXPECT_TRUE(shown(kIdBvlWheel2, 30));
+  PressKey(VK_HOME);
+  EXPECT_TRUE(shown(kIdBvlWheel2, 1));
+}
+
+// The row of the colour drop-down showing `text`, as the program lists it.
+int SwatchRow(const char* text) {
+  const ColorSwatches swatches;
+  for (std::size_t i = 0; i < swatches.Rows().size(); ++i)
+    if (swatches.Rows()[i].text == text) return static_cast<int>(i);
+  return -1;
+}
+
+// Drops the colour list with a click and clicks the row.
+void PickColour(const RunningProgram& program, HWND form, const char* text) {
+  Click(Control(form, kIdColorPicker1));
+  HWND list = nullptr;
+  ASSERT_TRUE(WaitFor([&] { return (list = program.VisibleWindow("ComboLBox")) != nullptr; }, 3s));
+  const int height = static_cast<int>(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
+  const int top = static_cast<int>(::SendMessageW(list, LB_GETTOPINDEX, 0, 0));
+  POINT at{8 + height, (SwatchRow(text) - top) * height + height / 2};
+  ::ClientToScreen(list, &at);
+  ClickScreen(at);
+}
+
+TEST_F(SettingsWindow, APickedColourShowsInThePreviewAndTheNextPhraseAndWhiteIsStoredAsAlmostWhite) {
+  // The preview's two halves: the text on white and on black.
+  RECT light = Preview(), dark = Preview();
+  light.right = (light.left + light.right) / 2 - 2;
+  dark.left = (dark.left + dark.right) / 2 + 2;
+  EXPECT_EQ(CountScreenColour(Preview(), kRed), 0);
+
+  PickColour(*program, form, "White");
+  EXPECT_TRUE(WaitFor([&] { return Entry(4) == "16777214"; }, 3s)) << Entry(4);
+  EXPECT_EQ(AsciiText(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
+  EXPECT_GT(CountScreenColour(dark, RGB(254, 255, 255)), 20);
+
+  PickColour(*program, form, "Red");
+  EXPECT_TRUE(WaitFor([&] { return Entry(4) == "255"; }, 3s)) << Entry(4);
+  ::Sleep(200);
+  EXPECT_GT(CountScreenColour(light, kRed), 20) << "red on the white half";
+  EXPECT_GT(CountScreenColour(dark, kRed), 20) << "red on the black half";
+}
+
+TEST_F(SettingsWindow, CheckingACategoryChangesWhatIsFlashedAfterStartInThePickedColour) {
   // Click Calm's name, Space turns its check box off; Down goes to Other,
   // Space turns its check box on.
   SelectRow(form, kIdLstMessageCategories, 0);
@@ -136,21 +290,25 @@ TEST_F(SettingsWindow, CheckingACategoryChangesWhatIsFlashedAfterStart) {
   PressKey(VK_SPACE);
   EXPECT_TRUE(WaitFor([&] { return folder->Get("\\_._") == "0Calm\r\n1Other"; }, 3s)) << folder->Get("\\_._");
 
-  // Alt+S presses Start: the window hides and only Other's phrase comes.
-  // (The label holds its text from before, or the one it is made with,
-  // until the first phrase comes.)
+  // Alt+S presses Start: the window hides and only Other's phrase comes,
+  // in red. (The label holds its text from before, or the one it is made
+  // with, until the first phrase comes.)
   const std::string before = program->OverlayPhrase().value_or("");
   PressAlt('S');
   ASSERT_TRUE(WaitFor([&] { return !::IsWindowVisible(form); }, 3s));
   std::vector<std::string> seen;
-  const auto watch = [&] {
-    const std::string p = program->OverlayPhrase().value_or("");
-    if (!p.empty() && p != before && p != "I want to buy this program" && (seen.empty() || seen.back() != p))
-      seen.push_back(p);
-    return false;
-  };
-  WaitFor([&] { return watch() || !seen.empty(); }, 8s);
-  WaitFor(watch, 2500ms);  // a few more seconds
+  bool red = false;
+  WaitFor(
+      [&] {
+        const std::string p = program->OverlayPhrase().value_or("");
+        if (!p.empty() && p != before && p != "I want to buy this program" &&
+            (seen.empty() || seen.back() != p))
+          seen.push_back(p);
+        red = red || (p == "From other" && program->OverlayPixels(kRed) > 50);
+        return false;
+      },
+      8s);
+  EXPECT_TRUE(red) << "the picked colour on the screen";
   ASSERT_FALSE(seen.empty());
   for (const std::string& p : seen) EXPECT_EQ(p, "From other");
 }
