@@ -105,20 +105,6 @@ void TypeInto(HWND box, std::wstring_view text) {
   TypeText(text);
 }
 
-void PasteInto(HWND box, std::wstring_view text) {
-  ASSERT_TRUE(::OpenClipboard(nullptr));
-  ::EmptyClipboard();
-  const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
-  auto* bytes = static_cast<wchar_t*>(::GlobalLock(memory));
-  text.copy(bytes, text.size());
-  bytes[text.size()] = 0;
-  ::GlobalUnlock(memory);
-  ::SetClipboardData(CF_UNICODETEXT, memory);
-  ::CloseClipboard();
-  Click(box);
-  ::SendMessageW(box, WM_PASTE, 0, 0);
-}
-
 void SelectRow(HWND form, int listId, int row) {
   Click(Control(form, listId), 60, 8);
   for (int i = 0; i < row; ++i) PressKey(VK_DOWN);

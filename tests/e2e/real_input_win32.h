@@ -1,7 +1,7 @@
 // Real input for the end-to-end tests, as a person gives it: the pointer
-// moved and clicked with SendInput, keys pressed and characters typed, text
-// pasted from the clipboard, message boxes and the font chooser answered,
-// and the settings window's controls and texts read.
+// moved and clicked with SendInput, keys pressed and characters typed,
+// message boxes and the font chooser answered, and the settings window's
+// controls and texts read.
 #pragma once
 
 #include <windows.h>
@@ -38,8 +38,6 @@ void PressAlt(char key);
 void TypeText(std::wstring_view text);
 // Clicks into the box, empties it and types the text.
 void TypeInto(HWND box, std::wstring_view text);
-// Puts the text on the clipboard and pastes it into the box.
-void PasteInto(HWND box, std::wstring_view text);
 // Highlights a row of a list by a click on its first row and the Down key.
 void SelectRow(HWND form, int listId, int row);
 // Answers the open message box with the button; its text.
