@@ -81,9 +81,10 @@ int Temporaries(const ProgramFolder& folder) {
   return static_cast<int>(Entries(folder, "~qm*.tmp").size());
 }
 
-std::optional<std::string> At(const Files& files, const std::string& path) {
+// A file's bytes, printed, or "(missing)".
+std::string Held(const Files& files, const std::string& path) {
   const auto found = files.find(path);
-  return found == files.end() ? std::nullopt : std::optional<std::string>(found->second);
+  return found == files.end() ? "(missing)" : testing::PrintToString(found->second);
 }
 
 // When an action's writes come, in milliseconds after its last input: the
@@ -302,12 +303,10 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
     std::set<std::string> paths;
     for (const Files* files : {&before, &after, &now})
       for (const auto& entry : *files) paths.insert(entry.first);
-    for (const std::string& path : paths) {
-      const auto held = At(now, path);
-      EXPECT_TRUE(held == At(before, path) || held == At(after, path))
-          << path << " holds " << testing::PrintToString(held) << ", neither "
-          << testing::PrintToString(At(before, path)) << " nor " << testing::PrintToString(At(after, path));
-    }
+    for (const std::string& path : paths)
+      EXPECT_TRUE(Held(now, path) == Held(before, path) || Held(now, path) == Held(after, path))
+          << path << " holds " << Held(now, path) << ", neither " << Held(before, path) << " nor "
+          << Held(after, path);
     if (::testing::Test::HasFailure()) return;
     temporaries += Temporaries(folder);
     if (now == before) {

@@ -107,15 +107,15 @@ std::string ClassAtomName(HWND hwnd) {
   return Ascii(name);
 }
 
-TEST(ProgramDpi, TheSettingsWindowHasCommonControls6StandsWhereTheLayoutPutsItAndItsTabsShowTheirPages) {
+TEST(ProgramDpi, TheSettingsWindowHasCommonControls6StandsWhereTheLayoutPutsItAndAboutTellsTheVersion) {
   const HDC screen = ::GetDC(nullptr);
   const int dpiX = ::GetDeviceCaps(screen, LOGPIXELSX), dpi = ::GetDeviceCaps(screen, LOGPIXELSY);
   ::ReleaseDC(nullptr, screen);
-  if (const char* wanted = std::getenv("QM_WINE_DPI"))
+  if (const char* wanted = std::getenv("QM_WINE_DPI")) {
     ASSERT_EQ(dpi, std::atoi(wanted)) << "the rig's scaling";
+  }
 
   ProgramFolder folder;
-  folder.Put("\\Help.rtf", "{\\rtf1\\ansi How to use it\\par}");
   folder.Put("\\About.rtf", "{\\rtf1\\ansi All about it\\par}");
   RunningProgram program(folder, "firstrun");
   const HWND form = StartFirstRun(program);
@@ -139,17 +139,13 @@ TEST(ProgramDpi, TheSettingsWindowHasCommonControls6StandsWhereTheLayoutPutsItAn
     ::ClientToScreen(form, &at);
     ClickScreen(at);
   };
+  // (What each page shows is the shell tests' part: here the real clicks
+  // find the tabs, and About tells the version the resource holds.)
   const HWND rtf = Control(form, kIdRtfHelp), version = Control(form, kIdLblVersion);
   const HWND categories = Control(form, kIdLstMessageCategories);
-  EXPECT_TRUE(::IsWindowVisible(categories));
-  EXPECT_FALSE(::IsWindowVisible(rtf));
-  clickTab(2);
-  EXPECT_TRUE(WaitFor([&] { return AsciiText(rtf).find("How to use it") != std::string::npos; }, 2s));
-  EXPECT_TRUE(::IsWindowVisible(rtf));
-  EXPECT_FALSE(::IsWindowVisible(categories));
-  EXPECT_TRUE(::IsWindowVisible(version));
   clickTab(3);
   EXPECT_TRUE(WaitFor([&] { return AsciiText(rtf).find("All about it") != std::string::npos; }, 2s));
+  EXPECT_FALSE(::IsWindowVisible(categories));
   EXPECT_EQ(AsciiText(version), "Version " + VersionValue());
   clickTab(1);
   EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(categories) != FALSE; }, 2s));

@@ -199,22 +199,15 @@ TEST_F(Program, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhrasesAwayUntil
 }
 
 TEST_F(Program, ExitAsksAndOnlyYesEndsTheProgramWithoutWritingAnything) {
-  const auto askToExit = [&] {
-    EXPECT_TRUE(program->TrayMouse(WM_LBUTTONUP));
-    program->ChooseFromMenu(kExitItem);
-    HWND box = nullptr;
-    EXPECT_TRUE(WaitFor([&] { return (box = program->MessageBox()) != nullptr; }, 3s));
-    return box;
-  };
-  HWND box = askToExit();
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(AsciiText(box), "Quillmere");
+  ASSERT_TRUE(program->ChooseFromTray(kExitItem));
+  ASSERT_TRUE(WaitFor([&] { return program->MessageBox() != nullptr; }, 3s));
+  EXPECT_EQ(AsciiText(program->MessageBox()), "Quillmere");
   EXPECT_EQ(Answer(*program, IDNO), "Are you sure you wish to exit the application?");
   EXPECT_TRUE(program->Running());
   EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(*program); }, 8s)) << "No leaves it running";
 
-  ASSERT_NE(askToExit(), nullptr);
-  Answer(*program, IDYES);
+  ASSERT_TRUE(program->ChooseFromTray(kExitItem));
+  EXPECT_EQ(Answer(*program, IDYES), "Are you sure you wish to exit the application?");
   EXPECT_EQ(program->WaitForExit(5s), 0u);
   // Running writes nothing: every file is as it was.
   EXPECT_EQ(folder->Get("\\__.__"), kSettings);

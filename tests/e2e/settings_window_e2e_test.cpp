@@ -205,14 +205,8 @@ TEST_F(SettingsWindow, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSave
   EXPECT_TRUE(WaitFor([&] { return position(kIdBvlWheel1) > 1; }, 3s));
   EXPECT_TRUE(shown(kIdBvlWheel1)) << AsciiText(Control(form, kIdLblDuration)) << " "
                                    << folder->Get("\\__.__");
-  const int afterClick = position(kIdBvlWheel1);
 
-  // The arrows step by one; End goes to the top.
-  PressKey(VK_RIGHT);
-  EXPECT_TRUE(shown(kIdBvlWheel1, afterClick + 1));
-  PressKey(VK_LEFT);
-  PressKey(VK_LEFT);
-  EXPECT_TRUE(shown(kIdBvlWheel1, afterClick - 1));
+  // End, given with the wheel's focus, goes to the top.
   PressKey(VK_END);
   EXPECT_TRUE(shown(kIdBvlWheel1, 1000));
 
