@@ -1,10 +1,11 @@
 // The program as a user meets it, in one run that the tests below share in
 // their order: started from its folder, living in the notification area,
-// flashing the checked categories' phrases in order and in the stored look,
-// one copy at a time, paused by a click on its icon, stopped and started and
-// its settings window opened from the tray menu, its phrases letting clicks
-// through and keeping away while another program fills the screen, and
-// ended through the exit question.
+// flashing the checked categories' phrases in order and in the stored
+// colour, one copy at a time, paused by a click on its icon, stopped and
+// started and its settings window opened from the tray menu, its phrases
+// keeping away while another program fills the screen, and ended through
+// the exit question. (How the overlay stands among windows, clicks going
+// through it, no focus taken, no window text, is the shell tests' part.)
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -52,7 +53,7 @@ class Program : public ::testing::Test {
   static inline std::optional<RunningProgram> program;
 };
 
-TEST_F(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredLook) {
+TEST_F(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredColour) {
   ASSERT_TRUE(program->WaitForWindows()) << BuiltProgramPath();
   EXPECT_FALSE(::IsWindowVisible(program->SettingsWindow())) << "a normal start ends with the window hidden";
   EXPECT_EQ(AsciiText(program->SettingsWindow()), "Quillmere - Settings");
@@ -64,24 +65,18 @@ TEST_F(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredLook
   // before any phrase.
   std::vector<std::string> seen;
   std::set<std::string> red;
-  bool overlayWasForeground = false, overlayHadText = false;
   WaitFor(
       [&] {
         const std::string text = program->OverlayPhrase().value_or("");
         if (!text.empty() && text != "I want to buy this program" && (seen.empty() || seen.back() != text))
           seen.push_back(text);
         if (PhraseOnScreen(*program)) red.insert(text);
-        overlayHadText = overlayHadText || ::GetWindowTextLengthW(program->Overlay()) != 0;
-        overlayWasForeground = overlayWasForeground || ::GetForegroundWindow() == program->Overlay();
         return seen.size() >= 4;
       },
       20s);
   seen.resize(3);
   EXPECT_EQ(seen, (std::vector<std::string>{"Second phrase", "Third phrase", "First phrase"}));
   EXPECT_GE(red.size(), 2u) << "the stored colour (255, red) on the screen";
-  EXPECT_FALSE(overlayHadText) << "a phrase on the screen is never the overlay's window text";
-  EXPECT_FALSE(overlayWasForeground);
-  EXPECT_TRUE(::GetWindowLongA(program->Overlay(), GWL_EXSTYLE) & WS_EX_TOPMOST);
 }
 
 TEST_F(Program, ASecondCopyEndsAtOnceAndTheFirstRunsOn) {
@@ -95,9 +90,6 @@ TEST_F(Program, ASecondCopyEndsAtOnceAndTheFirstRunsOn) {
 
 TEST_F(Program, AClickOnTheIconPausesAndOpensTheMenuAndDismissingItResumes) {
   ASSERT_TRUE(WaitFor([&] { return program->OverlayShown(); }, 5s));
-  // A press alone does nothing; the release opens the menu.
-  EXPECT_FALSE(program->TrayMouse(WM_LBUTTONDOWN));
-  EXPECT_TRUE(program->OverlayShown());
   ASSERT_TRUE(program->TrayMouse(WM_RBUTTONUP));
   EXPECT_FALSE(program->OverlayShown()) << "the click hides the overlay";
   // While the menu is open the watchdog keeps the display paused.
@@ -127,50 +119,19 @@ TEST_F(Program, TheTrayMenusSettingsOpensTheWindowInFrontAndStartHidesIt) {
   EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(*program); }, 8s));
 }
 
-// The clicks another program's window was given, in screen pixels.
-int gClicks = 0;
-POINT gLastClick{};
-WNDPROC gColourProc = nullptr;
-
-LRESULT CALLBACK CountClicks(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
-  if (msg == WM_LBUTTONDOWN) {
-    ++gClicks;
-    gLastClick = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
-    ::ClientToScreen(hwnd, &gLastClick);
-  }
-  return ::CallWindowProcW(gColourProc, hwnd, msg, wParam, lParam);
-}
-
-TEST_F(Program, ClicksGoThroughAPhraseAndAFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
+TEST_F(Program, AFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
   const int width = ::GetSystemMetrics(SM_CXSCREEN), height = ::GetSystemMetrics(SM_CYSCREEN);
   std::string before;
   {
     // Another program one row short of the screen is not full-screen:
-    // phrases come over it, and a click at a phrase reaches it, which stays
-    // in front.
+    // phrases come over it. (Wine stacks a window shown after the overlay
+    // above it, top-most or not, until the overlay is shown again: tray Stop
+    // hides it, Start shows it.)
     ColourWindow other(kGrey, {0, 0, width, height - 1}, 0);
-    gColourProc = reinterpret_cast<WNDPROC>(
-        ::SetWindowLongPtrW(other.Hwnd(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(CountClicks)));
-    // (Wine stacks a window shown after the overlay above it, top-most or
-    // not, until the overlay is shown again: tray Stop hides it, Start
-    // shows it.)
     ASSERT_TRUE(program->ChooseFromTray(kStopItem) && program->ChooseFromTray(kStartItem));
     ::SetForegroundWindow(other.Hwnd());
     ASSERT_EQ(::GetForegroundWindow(), other.Hwnd());
     ASSERT_TRUE(WaitFor([&] { return PhraseOnScreen(*program); }, 10s)) << "a phrase over a window";
-    const POINT at = Middle(program->Overlay());
-    ASSERT_LT(at.y, height - 1);
-    ClickScreen(at);
-    EXPECT_TRUE(WaitFor(
-        [&] {
-          Pump();
-          return gClicks > 0;
-        },
-        2s))
-        << "the click went to the overlay, not through it";
-    EXPECT_EQ(gLastClick.x, at.x);
-    EXPECT_EQ(gLastClick.y, at.y);
-    EXPECT_EQ(::GetForegroundWindow(), other.Hwnd());
 
     // Full-screen: within the watchdog's second the display pauses, and no
     // phrase comes while the program fills the screen.
