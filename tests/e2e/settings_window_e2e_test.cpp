@@ -19,7 +19,6 @@
 #include <string>
 #include <vector>
 
-#include "settings/color_swatches.h"
 #include "settings/settings_ids.h"
 
 namespace qm::test {
@@ -224,22 +223,17 @@ TEST_F(SettingsWindow, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSave
   EXPECT_TRUE(shown(kIdBvlWheel2, 1));
 }
 
-// The row of the colour drop-down showing `text`, as the program lists it.
-int SwatchRow(const char* text) {
-  const ColorSwatches swatches;
-  for (std::size_t i = 0; i < swatches.Rows().size(); ++i)
-    if (swatches.Rows()[i].text == text) return static_cast<int>(i);
-  return -1;
-}
-
-// Drops the colour list with a click and clicks the row.
-void PickColour(const RunningProgram& program, HWND form, const char* text) {
-  Click(Control(form, kIdColorPicker1));
+// Drops the colour list with a click and clicks the row showing `text`.
+void PickColour(const RunningProgram& program, HWND form, const wchar_t* text) {
+  const HWND combo = Control(form, kIdColorPicker1);
+  const int row =
+      static_cast<int>(::SendMessageW(combo, CB_FINDSTRINGEXACT, -1, reinterpret_cast<LPARAM>(text)));
+  Click(combo);
   HWND list = nullptr;
   ASSERT_TRUE(WaitFor([&] { return (list = program.VisibleWindow("ComboLBox")) != nullptr; }, 3s));
   const int height = static_cast<int>(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
   const int top = static_cast<int>(::SendMessageW(list, LB_GETTOPINDEX, 0, 0));
-  POINT at{8 + height, (SwatchRow(text) - top) * height + height / 2};
+  POINT at{8 + height, (row - top) * height + height / 2};
   ::ClientToScreen(list, &at);
   ClickScreen(at);
 }
@@ -251,12 +245,12 @@ TEST_F(SettingsWindow, APickedColourShowsInThePreviewAndWhiteIsStoredAsAlmostWhi
   dark.left = (dark.left + dark.right) / 2 + 2;
   EXPECT_EQ(CountScreenColour(Preview(), kRed), 0);
 
-  PickColour(*program, form, "White");
+  PickColour(*program, form, L"White");
   EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("16777214", 1000, 1); }, 3s));
   EXPECT_EQ(AsciiText(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
   EXPECT_GT(CountScreenColour(dark, RGB(254, 255, 255)), 20);
 
-  PickColour(*program, form, "Red");
+  PickColour(*program, form, L"Red");
   EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("255", 1000, 1); }, 3s))
       << folder->Get("\\__.__");
   ::Sleep(200);
