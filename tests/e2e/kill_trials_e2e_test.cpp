@@ -11,21 +11,16 @@
 // QM_KILL_DRAW=<number> draws the same moments again.
 #include <gtest/gtest.h>
 
-#include "program_driver_win32.h"
 #include "real_input_win32.h"
 // After windows.h:
 #include <dlgs.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <map>
-#include <optional>
 #include <random>
 #include <set>
-#include <string>
 #include <vector>
 
 #include "settings/settings_ids.h"

@@ -8,13 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "../support/settings_layout_check_win32.h"
-#include "program_driver_win32.h"
 #include "real_input_win32.h"
 #include "settings/settings_ids.h"
 
@@ -22,13 +19,6 @@ namespace qm::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-// The text with every character outside ASCII shown as "?".
-std::string Ascii(std::wstring_view text) {
-  std::string out;
-  for (wchar_t c : text) out += c < 128 ? static_cast<char>(c) : '?';
-  return out;
-}
 
 // A value of the built program's version resource: a text of the string
 // table the translation list names first, or with no name the fixed part's

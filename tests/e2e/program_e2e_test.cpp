@@ -8,12 +8,9 @@
 // through it, no focus taken, no window text, is the shell tests' part.)
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <set>
-#include <string>
 #include <vector>
 
-#include "program_driver_win32.h"
 #include "real_input_win32.h"
 
 namespace qm::test {
@@ -45,10 +42,7 @@ class Program : public ::testing::Test {
     program.emplace(*folder);
     program->WaitForWindows();
   }
-  static void TearDownTestSuite() {
-    program.reset();
-    folder.reset();
-  }
+  // Made before the program, so ended after it at the exit.
   static inline std::optional<ProgramFolder> folder;
   static inline std::optional<RunningProgram> program;
 };

@@ -21,15 +21,19 @@ inline HWND Control(HWND form, int id) {
   return ::GetDlgItem(::GetDlgItem(form, kIdPicture2), id);
 }
 
-// The window's text, asked of it (with a time limit), with every character
-// outside ASCII shown as "?".
+// The text with every character outside ASCII shown as "?".
+inline std::string Ascii(std::wstring_view text) {
+  std::string out;
+  for (wchar_t c : text) out += c < 128 ? static_cast<char>(c) : '?';
+  return out;
+}
+
+// The window's text, asked of it with a time limit, in ASCII.
 inline std::string AsciiText(HWND hwnd) {
   wchar_t text[8192] = {};
   ::SendMessageTimeoutW(hwnd, WM_GETTEXT, 8192, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000,
                         nullptr);
-  std::string out;
-  for (const wchar_t* c = text; *c; ++c) out += *c < 128 ? static_cast<char>(*c) : '?';
-  return out;
+  return Ascii(text);
 }
 
 inline POINT Middle(HWND hwnd) {

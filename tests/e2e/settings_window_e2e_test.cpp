@@ -8,15 +8,12 @@
 // checked category's phrases flashed in that colour after Start.
 #include <gtest/gtest.h>
 
-#include "program_driver_win32.h"
 #include "real_input_win32.h"
 // After windows.h:
 #include <commctrl.h>
 #include <dlgs.h>
 
 #include <algorithm>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "settings/settings_ids.h"
@@ -43,10 +40,6 @@ class SettingsWindow : public ::testing::Test {
     program.emplace(*folder, "firstrun");
     form = StartFirstRun(*program);
   }
-  static void TearDownTestSuite() {
-    program.reset();
-    folder.reset();
-  }
   void SetUp() override { ASSERT_NE(form, nullptr); }
 
   // The settings file after the font chooser's answer below, with a colour
@@ -61,6 +54,7 @@ class SettingsWindow : public ::testing::Test {
     return r;
   }
 
+  // Made before the program, so ended after it at the exit.
   static inline std::optional<ProgramFolder> folder;
   static inline std::optional<RunningProgram> program;
   static inline HWND form = nullptr;
