@@ -42,7 +42,12 @@ class Program : public ::testing::Test {
     program.emplace(*folder);
     program->WaitForWindows();
   }
-  // Made before the program, so ended after it at the exit.
+  // Ended before the next suite starts its own copy (a second copy would
+  // end at once).
+  static void TearDownTestSuite() {
+    program.reset();
+    folder.reset();
+  }
   static inline std::optional<ProgramFolder> folder;
   static inline std::optional<RunningProgram> program;
 };

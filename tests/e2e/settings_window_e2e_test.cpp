@@ -40,6 +40,12 @@ class SettingsWindow : public ::testing::Test {
     program.emplace(*folder, "firstrun");
     form = StartFirstRun(*program);
   }
+  // Ended before the next suite starts its own copy (a second copy would
+  // end at once).
+  static void TearDownTestSuite() {
+    program.reset();
+    folder.reset();
+  }
   void SetUp() override { ASSERT_NE(form, nullptr); }
 
   // The settings file after the font chooser's answer below, with a colour
@@ -54,7 +60,6 @@ class SettingsWindow : public ::testing::Test {
     return r;
   }
 
-  // Made before the program, so ended after it at the exit.
   static inline std::optional<ProgramFolder> folder;
   static inline std::optional<RunningProgram> program;
   static inline HWND form = nullptr;
