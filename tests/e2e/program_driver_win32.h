@@ -127,17 +127,10 @@ class RunningProgram {
   }
   HWND SettingsWindow() const { return Window("QuillmereSettings"); }
   HWND Overlay() const { return Window("QuillmereOverlay"); }
-  HWND VisibleWindow(const char* className) const { return Window(className, true); }
   // The tray menu while it is open, a message box or the font chooser while
   // one is shown.
   HWND OpenMenu() const { return Window("#32768", true); }
   HWND MessageBox() const { return Window("#32770", true); }
-  // The message box's text, which it keeps in the static control 0xFFFF.
-  static std::string MessageBoxText(HWND box) {
-    char text[512] = {};
-    ::GetDlgItemTextA(box, 0xFFFF, text, sizeof text);
-    return text;
-  }
   // The phrase in the overlay's label, asked of the overlay (its window
   // text is empty); nothing when there is no overlay or it did not answer.
   std::optional<std::string> OverlayPhrase() const {

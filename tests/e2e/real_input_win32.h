@@ -135,7 +135,8 @@ inline std::string Answer(const RunningProgram& program, int button) {
   HWND box = nullptr;
   if (!WaitFor([&] { return (box = program.MessageBox()) != nullptr; }, std::chrono::seconds(5)))
     return "(no message box)";
-  const std::string text = RunningProgram::MessageBoxText(box);
+  char text[512] = {};
+  ::GetDlgItemTextA(box, 0xFFFF, text, sizeof text);  // the box keeps its text in the static 0xFFFF
   ::PostMessageA(box, WM_COMMAND, button, 0);
   WaitFor([&] { return program.MessageBox() == nullptr; }, std::chrono::seconds(5));
   return text;

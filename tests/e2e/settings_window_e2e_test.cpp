@@ -229,7 +229,7 @@ void PickColour(const RunningProgram& program, HWND form, const wchar_t* text) {
       static_cast<int>(::SendMessageW(combo, CB_FINDSTRINGEXACT, -1, reinterpret_cast<LPARAM>(text)));
   Click(combo);
   HWND list = nullptr;
-  ASSERT_TRUE(WaitFor([&] { return (list = program.VisibleWindow("ComboLBox")) != nullptr; }, 3s));
+  ASSERT_TRUE(WaitFor([&] { return (list = program.Window("ComboLBox", true)) != nullptr; }, 3s));
   const int height = static_cast<int>(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
   const int top = static_cast<int>(::SendMessageW(list, LB_GETTOPINDEX, 0, 0));
   POINT at{8 + height, (row - top) * height + height / 2};
