@@ -11,21 +11,16 @@
 // QM_KILL_DRAW=<number> draws the same moments again.
 #include <gtest/gtest.h>
 
-#include "program_driver_win32.h"
 #include "real_input_win32.h"
 // After windows.h:
 #include <dlgs.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <map>
-#include <optional>
 #include <random>
 #include <set>
-#include <string>
 #include <vector>
 
 #include "settings/settings_ids.h"
@@ -39,146 +34,86 @@ constexpr int kKills = 50;
 constexpr int kLongestDelayMs = 300;
 constexpr unsigned kDefaultDraw = 20261123;
 
-// The program's files by their path after the program folder; a missing
-// file has no entry.
+// Files by their path after the program folder; a missing file has no entry.
 using Files = std::map<std::string, std::string>;
 
-// Visits the folder's entries matching a pattern ("\Lists\*.lst").
-template <typename Visit>
-void ForEachEntry(const ProgramFolder& folder, const char* pattern, Visit visit) {
-  WIN32_FIND_DATAW found{};
-  const HANDLE search = ::FindFirstFileW(folder(pattern).c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return;
-  do {
-    std::string name;
-    for (const wchar_t c : std::wstring(found.cFileName)) name += c < 128 ? static_cast<char>(c) : '?';
-    visit(name, found);
-  } while (::FindNextFileW(search, &found));
-  ::FindClose(search);
+// The entries of the folder and of "Lists" matching a pattern ("*.lst"),
+// seen without opening a file (which would make the program wait to
+// replace it): each one's size and last write by its path.
+Files Entries(const ProgramFolder& folder, const std::string& pattern) {
+  Files entries;
+  for (const std::string sub : {"", "\\Lists"}) {
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = ::FindFirstFileW(folder(sub + "\\" + pattern).c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) continue;
+    do {
+      const std::wstring name = found.cFileName;
+      entries[sub + "\\" + std::string(name.begin(), name.end())] =
+          std::to_string(found.nFileSizeLow) + " " + std::to_string(found.ftLastWriteTime.dwLowDateTime);
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+  }
+  return entries;
 }
 
-std::vector<std::string> Names(const ProgramFolder& folder, const char* pattern) {
-  std::vector<std::string> names;
-  ForEachEntry(folder, pattern,
-               [&](const std::string& name, const WIN32_FIND_DATAW&) { names.push_back(name); });
-  return names;
-}
-
-// What the folder and "Lists" show of their files without opening one (which
-// would make the program wait to replace it): names, sizes, last writes.
-std::string Listing(const ProgramFolder& folder) {
-  std::string listing;
-  for (const char* pattern : {"\\*", "\\Lists\\*"})
-    ForEachEntry(folder, pattern, [&](const std::string& name, const WIN32_FIND_DATAW& data) {
-      listing += name + " " + std::to_string(data.nFileSizeLow) + " " +
-                 std::to_string(data.ftLastWriteTime.dwLowDateTime) + "\n";
-    });
-  return listing;
-}
-
+// The program's files: its settings, its checked categories, the phrases.
 Files ReadFiles(const ProgramFolder& folder) {
   Files files;
-  for (const char* name : {"\\__.__", "\\_._"})
-    if (folder.Has(name)) files[name] = folder.Get(name);
-  for (const std::string& name : Names(folder, "\\Lists\\*.lst"))
-    files["\\Lists\\" + name] = folder.Get("\\Lists\\" + name);
+  for (const auto& entry : Entries(folder, "*.lst")) files[entry.first] = folder.Get(entry.first);
+  for (const char* path : {"\\__.__", "\\_._"})
+    if (folder.Has(path)) files[path] = folder.Get(path);
   return files;
 }
 
 // Makes the folder hold exactly these files (the program is not running).
 void PutFiles(const ProgramFolder& folder, const Files& wanted) {
-  for (const auto& [path, bytes] : ReadFiles(folder))
-    if (!wanted.count(path)) folder.Remove(path);
+  for (const auto& entry : ReadFiles(folder))
+    if (!wanted.count(entry.first)) folder.Remove(entry.first);
   for (const auto& [path, bytes] : wanted) folder.Put(path, bytes);
 }
 
 int Temporaries(const ProgramFolder& folder) {
-  return static_cast<int>(Names(folder, "\\~qm*.tmp").size() + Names(folder, "\\Lists\\~qm*.tmp").size());
+  return static_cast<int>(Entries(folder, "~qm*.tmp").size());
 }
 
-std::string Show(const std::optional<std::string>& bytes) {
-  if (!bytes) return "(missing)";
-  std::string shown = "\"";
-  for (const char c : *bytes)
-    shown += c == '\r' ? std::string("\\r") : c == '\n' ? std::string("\\n") : std::string(1, c);
-  return shown + "\"";
-}
-
-std::optional<std::string> In(const Files& files, const std::string& path) {
+// A file's bytes, printed, or "(missing)".
+std::string Held(const Files& files, const std::string& path) {
   const auto found = files.find(path);
-  return found == files.end() ? std::nullopt : std::optional<std::string>(found->second);
-}
-
-std::string Show(const Files& files) {
-  std::string shown;
-  for (const auto& [path, bytes] : files) shown += "\n  " + path + " " + Show(bytes);
-  return shown;
+  return found == files.end() ? "(missing)" : testing::PrintToString(found->second);
 }
 
 // When an action's writes come, in milliseconds after its last input: the
-// first and the last change of the folder's listing (a temporary file made,
-// a file replaced or deleted) before it stays quiet for half a second; -1
+// first and the last change of the folder's entries (a temporary file made,
+// a file replaced or deleted) before they stay quiet for half a second; -1
 // when nothing changed within 8 s.
 struct Writes {
-  int first = 0;
-  int last = 0;
+  int first = -1;
+  int last = -1;
 };
 
 Writes WaitForWrites(const ProgramFolder& folder) {
   const auto sent = std::chrono::steady_clock::now();
-  const auto since = [&] {
-    return static_cast<int>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - sent)
-            .count());
-  };
-  std::string listing = Listing(folder);
-  Writes writes{-1, -1};
-  for (int quiet = 0; writes.first < 0 ? since() < 8000 : since() - quiet < 500; ::Sleep(1)) {
-    std::string later = Listing(folder);
+  const auto since = [&] { return static_cast<int>((std::chrono::steady_clock::now() - sent) / 1ms); };
+  Files listing = Entries(folder, "*");
+  Writes writes;
+  for (; writes.first < 0 ? since() < 8000 : since() - writes.last < 500; ::Sleep(1)) {
+    Files later = Entries(folder, "*");
     if (later == listing) continue;
     listing = std::move(later);
-    quiet = writes.last = since();
+    writes.last = since();
     if (writes.first < 0) writes.first = writes.last;
   }
   return writes;
 }
 
-HWND Focused(HWND form) {
-  GUITHREADINFO info{};
-  info.cbSize = sizeof info;
-  return ::GetGUIThreadInfo(::GetWindowThreadProcessId(form, nullptr), &info) ? info.hwndFocus : nullptr;
-}
-
-// An action's last input is sent without the pause the shared helpers
-// leave after theirs, so the kill's delay counts from it.
-void LastKey(WORD vk) {
-  Key(vk, false);
-  Key(vk, true);
-}
-void LastClick(HWND control) {
-  const POINT at = Middle(control);
-  SendMouse(MOUSEEVENTF_MOVE, at);
-  ::Sleep(50);
-  SendMouse(MOUSEEVENTF_LEFTDOWN, at);
-  ::Sleep(30);
-  SendMouse(MOUSEEVENTF_LEFTUP, at);
-}
-
-// Highlights a row of a list by a click on its first row and the Down key.
-void SelectRow(HWND form, int listId, int row) {
-  Click(Control(form, listId), 60, 8);
-  for (int i = 0; i < row; ++i) PressKey(VK_DOWN);
-}
-
 // Gives a control the focus with Tab from the phrase box, as a keyboard
 // user reaches the wheels without turning them.
 void TabTo(HWND form, int id) {
-  const HWND target = Control(form, id);
   Click(Control(form, kIdTxtEditWord));
-  for (int i = 0; i < 40 && Focused(form) != target; ++i) {
-    const HWND was = Focused(form);
-    LastKey(VK_TAB);
-    WaitFor([&] { return Focused(form) != was; }, 1s);
+  for (int i = 0; i < 40 && FocusedControl(form) != Control(form, id); ++i) {
+    const HWND was = FocusedControl(form);
+    PressKey(VK_TAB, false);
+    WaitFor([&] { return FocusedControl(form) != was; }, 1s);
   }
 }
 
@@ -188,20 +123,16 @@ void StepColour(HWND form, WORD arrow) {
   Click(combo);
   WaitFor([&] { return ::SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; }, 2s);
   PressKey(arrow);
-  LastKey(VK_RETURN);
+  PressKey(VK_RETURN, false);
 }
 
 // Edit Font, a size typed into the chooser, OK.
 void ChooseFontSize(const RunningProgram& program, HWND form, std::wstring_view size) {
-  Click(Control(form, kIdCmdEditFont));
-  HWND dialog = nullptr;
-  WaitFor([&] { return (dialog = program.MessageBox()) != nullptr; }, 5s);
-  ::Sleep(300);
-  const HWND sizeEdit = ::FindWindowExW(::GetDlgItem(dialog, cmb3), nullptr, L"Edit", nullptr);
-  ClickScreen(Middle(sizeEdit));
-  ::SendMessageW(sizeEdit, EM_SETSEL, 0, -1);
+  const HWND dialog = OpenFontChooser(program, form);
+  Click(ChooserEdit(dialog, cmb3));
+  ::SendMessageW(ChooserEdit(dialog, cmb3), EM_SETSEL, 0, -1);
   TypeText(size);
-  LastClick(::GetDlgItem(dialog, IDOK));
+  ClickScreen(Middle(::GetDlgItem(dialog, IDOK)), false);
 }
 
 struct Action {
@@ -217,22 +148,22 @@ std::vector<Action> Round() {
     return [=](const RunningProgram&, HWND form) {
       SelectRow(form, kIdLstMessageCategories, category);
       TypeInto(Control(form, kIdTxtEditWord), phrase);
-      LastKey(VK_RETURN);
+      PressKey(VK_RETURN, false);
     };
   };
   const auto toggleFocus = [](const RunningProgram&, HWND form) {
     SelectRow(form, kIdLstMessageCategories, 1);
-    LastKey(VK_SPACE);
+    PressKey(VK_SPACE, false);
   };
   const auto toggleRest = [](const RunningProgram&, HWND form) {
     SelectRow(form, kIdLstMessageCategories, 1);
     SelectRow(form, kIdLstPhrases, 0);
-    LastKey(VK_SPACE);
+    PressKey(VK_SPACE, false);
   };
   const auto wheel = [](int id, WORD key) {
     return [=](const RunningProgram&, HWND form) {
       TabTo(form, id);
-      LastKey(key);
+      PressKey(key, false);
     };
   };
   return {
@@ -241,7 +172,7 @@ std::vector<Action> Round() {
       {"add the category Kettle",
        [](const RunningProgram&, HWND form) {
          TypeInto(Control(form, kIdTxtEditCat), L"Kettle");
-         LastClick(Control(form, kIdCmdAddCat));
+         ClickScreen(Middle(Control(form, kIdCmdAddCat)), false);
        }},
       {"check Focus", toggleFocus},
       {"the next colour", [](const RunningProgram&, HWND form) { StepColour(form, VK_DOWN); }},
@@ -251,7 +182,7 @@ std::vector<Action> Round() {
          SelectRow(form, kIdLstMessageCategories, 2);
          Click(Control(form, kIdCmdEditCat));
          TypeInto(Control(form, kIdTxtEditCat), L"Lantern");
-         LastClick(Control(form, kIdCmdAddCat));
+         ClickScreen(Middle(Control(form, kIdCmdAddCat)), false);
        }},
       {"font size 14", [](const RunningProgram& p, HWND form) { ChooseFontSize(p, form, L"14"); }},
       {"add a phrase to Lantern", addPhrase(2, L"Glow")},
@@ -262,7 +193,7 @@ std::vector<Action> Round() {
          Click(Control(form, kIdCmdDeleteCat));
          HWND box = nullptr;
          WaitFor([&] { return (box = program.MessageBox()) != nullptr; }, 5s);
-         LastClick(::GetDlgItem(box, IDYES));
+         ClickScreen(Middle(::GetDlgItem(box, IDYES)), false);
        }},
       {"uncheck Focus", toggleFocus},
       {"duration to its bottom", wheel(kIdBvlWheel1, VK_HOME)},
@@ -272,7 +203,7 @@ std::vector<Action> Round() {
        [](const RunningProgram&, HWND form) {
          SelectRow(form, kIdLstMessageCategories, 0);
          SelectRow(form, kIdLstPhrases, 1);
-         LastClick(Control(form, kIdCmdDelete));
+         ClickScreen(Middle(Control(form, kIdCmdDelete)), false);
        }},
       {"font size 12", [](const RunningProgram& p, HWND form) { ChooseFontSize(p, form, L"12"); }},
       {"frequency to its bottom", wheel(kIdBvlWheel2, VK_HOME)},
@@ -318,7 +249,7 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
   std::printf("kill trials: writes after the last input (ms):");
   for (const Writes& w : writes) std::printf(" %d-%d", w.first, w.last);
   std::printf("\n");
-  EXPECT_EQ(Show(states.back()), Show(states.front())) << "the round does not come back to its start";
+  EXPECT_EQ(states.back(), states.front()) << "the round does not come back to its start";
 
   std::optional<RunningProgram> program;
   HWND form = nullptr;
@@ -355,7 +286,7 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
       PutFiles(folder, before);
       ASSERT_NO_FATAL_FAILURE(start());
     }
-    ASSERT_EQ(Show(ReadFiles(folder)), Show(before)) << "the start changed files";
+    ASSERT_EQ(ReadFiles(folder), before) << "the start changed files";
 
     action.run(*program, form);
     ::Sleep(static_cast<DWORD>(delay));
@@ -367,12 +298,10 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
     std::set<std::string> paths;
     for (const Files* files : {&before, &after, &now})
       for (const auto& entry : *files) paths.insert(entry.first);
-    for (const std::string& path : paths) {
-      const auto held = In(now, path);
-      EXPECT_TRUE(held == In(before, path) || held == In(after, path))
-          << path << " holds " << Show(held) << ", neither " << Show(In(before, path)) << " nor "
-          << Show(In(after, path));
-    }
+    for (const std::string& path : paths)
+      EXPECT_TRUE(Held(now, path) == Held(before, path) || Held(now, path) == Held(after, path))
+          << path << " holds " << Held(now, path) << ", neither " << Held(before, path) << " nor "
+          << Held(after, path);
     if (::testing::Test::HasFailure()) return;
     temporaries += Temporaries(folder);
     if (now == before) {
@@ -388,8 +317,7 @@ TEST(KillTrials, AfterEachKillEveryFileHoldsItsContentBeforeOrAfterTheLastAction
   std::printf(
       "kill trials: %d kills in %.1f s, %lld ms a trial (start, action, kill, check); files unchanged %d, "
       "changed %d, partly changed %d; %d temporary files left by the kills\n",
-      kKills, std::chrono::duration<double>(took).count(),
-      static_cast<long long>(std::chrono::duration_cast<std::chrono::milliseconds>(took).count() / kKills),
+      kKills, std::chrono::duration<double>(took).count(), static_cast<long long>(took / 1ms / kKills),
       unchanged, whole, mixed, temporaries);
 }
 

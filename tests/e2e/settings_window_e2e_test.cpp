@@ -1,16 +1,21 @@
-// The settings window as a user meets it in the real program: opened from
-// the tray menu or at the first run, its tabs clicked with the pointer, the
-// library edited by typing into its boxes and clicking its buttons, with
-// the bytes on disk checked afterwards, and a checked category's phrases
-// flashed after Start.
+// The settings window as a user meets it at a first run, in one run of the
+// real program that the tests below share in their order: the hint, the
+// library edited by typing into its boxes and clicking its buttons with the
+// bytes on disk checked afterwards, the tab order and access keys, the font
+// chooser opened from "Edit Font" and answered in its own controls, the
+// wheels turned with the mouse and the keys, a colour picked in the
+// drop-down, each checked on the screen and in the settings file, and a
+// checked category's phrases flashed in that colour after Start.
 #include <gtest/gtest.h>
 
+#include "real_input_win32.h"
+// After windows.h:
+#include <commctrl.h>
+#include <dlgs.h>
+
 #include <algorithm>
-#include <string>
 #include <vector>
 
-#include "program_driver_win32.h"
-#include "real_input_win32.h"
 #include "settings/settings_ids.h"
 
 namespace qm::test {
@@ -18,200 +23,97 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* kSettings = "Arial\r\n28\r\nTrue\r\nFalse\r\n255\r\n200\r\n1";
-constexpr UINT kLeftRelease = 0x202;
-constexpr int kSettingsItem = 4;
+constexpr UINT kGetItemCount = 0x1004;  // LVM_GETITEMCOUNT
+constexpr COLORREF kRed = RGB(255, 0, 0), kGrey = RGB(192, 192, 192);
 
-// A tab of the tab bar by its number (1 Messages, 2 Help, 3 About), clicked
-// in the middle: the tabs are 1050 twips wide and 525 high.
-void ClickTab(HWND form, int n) {
-  const HDC dc = ::GetDC(nullptr);
-  const int dpiX = ::GetDeviceCaps(dc, LOGPIXELSX), dpiY = ::GetDeviceCaps(dc, LOGPIXELSY);
-  ::ReleaseDC(nullptr, dc);
-  POINT at{::MulDiv(1050 * (n - 1) + 525, dpiX, 1440), ::MulDiv(262, dpiY, 1440)};
-  ::ClientToScreen(form, &at);
-  ClickScreen(at);
+// A library of two categories, one checked, no settings file, and a DATA01
+// waiting to replace DATA; started with "firstrun".
+class SettingsWindow : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    folder.emplace();
+    folder->Put("\\Lists\\Calm.lst", "1From calm");
+    folder->Put("\\Lists\\Other.lst", "1From other");
+    folder->Put("\\_._", "1Calm\r\n0Other");
+    folder->Put("\\DATA", "old");
+    folder->Put("\\DATA01", "new");
+    program.emplace(*folder, "firstrun");
+    form = StartFirstRun(*program);
+  }
+  // Ended before the next suite starts its own copy (a second copy would
+  // end at once).
+  static void TearDownTestSuite() {
+    program.reset();
+    folder.reset();
+  }
+  void SetUp() override { ASSERT_NE(form, nullptr); }
+
+  // The settings file after the font chooser's answer below, with a colour
+  // and the wheels' positions.
+  static std::string Settings(const char* colour, int duration, int frequency) {
+    return "Courier New\r\n24\r\nTrue\r\nFalse\r\n" + std::string(colour) + "\r\n" +
+           std::to_string(duration) + "\r\n" + std::to_string(frequency);
+  }
+  static RECT Preview() {
+    RECT r{};
+    ::GetWindowRect(Control(form, kIdPicture1), &r);
+    return r;
+  }
+
+  static inline std::optional<ProgramFolder> folder;
+  static inline std::optional<RunningProgram> program;
+  static inline HWND form = nullptr;
+};
+
+TEST_F(SettingsWindow, AFirstRunShowsTheWindowPromotesPendingDataAndFlashesNothingUntilStart) {
+  EXPECT_TRUE(::IsWindowVisible(form));
+  EXPECT_EQ(folder->Get("\\DATA"), "new");
+  EXPECT_FALSE(folder->Has("\\DATA01"));
+  EXPECT_FALSE(WaitFor([&] { return program->OverlayShown(); }, 3s)) << "a first run starts nothing";
+  EXPECT_FALSE(folder->Has("\\__.__")) << "missing settings are not written until a change";
 }
 
-
-// The version written into the built program, read by the system.
-std::string BuiltVersion() {
-  const std::string path = BuiltProgramPath();
-  DWORD ignored = 0;
-  const DWORD size = ::GetFileVersionInfoSizeA(path.c_str(), &ignored);
-  std::vector<char> data(size);
-  VS_FIXEDFILEINFO* info = nullptr;
-  UINT length = 0;
-  if (size == 0 || !::GetFileVersionInfoA(path.c_str(), 0, size, data.data()) ||
-      !::VerQueryValueA(data.data(), "\\", reinterpret_cast<void**>(&info), &length))
-    return "(none)";
-  return std::to_string(HIWORD(info->dwFileVersionMS)) + "." + std::to_string(LOWORD(info->dwFileVersionMS)) +
-         "." + std::to_string(HIWORD(info->dwFileVersionLS));
-}
-
-TEST(SettingsWindow, TheTrayMenusSettingsOpensTheWindowAndEachTabShowsItsPage) {
-  ProgramFolder folder;
-  folder.Put("\\Lists\\Calm.lst", "1Breathe");
-  folder.Put("\\_._", "1Calm");
-  folder.Put("\\__.__", kSettings);
-  folder.Put("\\Help.rtf", "{\\rtf1\\ansi How to use it\\par}");
-  folder.Put("\\About.rtf", "{\\rtf1\\ansi All about it\\par}");
-  RunningProgram program(folder);
-  ASSERT_TRUE(program.Started()) << BuiltProgramPath();
-  ASSERT_TRUE(WaitFor([&] { return program.SettingsWindow() && program.Overlay(); }, 10s));
-  const HWND form = program.SettingsWindow();
-  EXPECT_FALSE(::IsWindowVisible(form));
-
-  program.TrayMouse(kLeftRelease);
-  ASSERT_TRUE(WaitFor([&] { return program.OpenMenu() != nullptr; }, 3s));
-  program.ChooseFromMenu(kSettingsItem);
-  ASSERT_TRUE(WaitFor([&] { return ::IsWindowVisible(form) != FALSE; }, 3s));
-  EXPECT_EQ(::GetForegroundWindow(), form);
-  const HWND rtf = Control(form, kIdRtfHelp);
-  const HWND version = Control(form, kIdLblVersion);
-  const HWND categories = Control(form, kIdLstMessageCategories);
-  EXPECT_TRUE(::IsWindowVisible(categories));
-  EXPECT_FALSE(::IsWindowVisible(rtf));
-
-  ClickTab(form, 2);
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(rtf) != FALSE; }, 2s));
-  EXPECT_NE(AsciiText(rtf).find("How to use it"), std::string::npos);
-  EXPECT_FALSE(::IsWindowVisible(categories));
-  EXPECT_TRUE(::IsWindowVisible(version));
-
-  ClickTab(form, 3);
-  EXPECT_TRUE(WaitFor([&] { return AsciiText(rtf).find("All about it") != std::string::npos; }, 2s));
-  EXPECT_EQ(AsciiText(version), "Version " + BuiltVersion());
-
-  ClickTab(form, 1);
-  EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(categories) != FALSE; }, 2s));
-  EXPECT_FALSE(::IsWindowVisible(rtf));
-  EXPECT_FALSE(::IsWindowVisible(version));
-}
-
-TEST(SettingsWindow, TypingAndClickingAddsRenamesAndDeletesWithTheExpectedBytesOnDisk) {
-  ProgramFolder folder;
-  folder.Put("\\__.__", kSettings);
-  RunningProgram program(folder, "firstrun");
-  const HWND form = StartFirstRun(program);
-  ASSERT_NE(form, nullptr);
+TEST_F(SettingsWindow, TypingAndClickingAddsRenamesAndDeletesWithTheExpectedBytesOnDisk) {
   const HWND category = Control(form, kIdTxtEditCat);
-  const HWND phrase = Control(form, kIdTxtEditWord);
-
   // The category box drops the full stop as it is typed.
-  TypeInto(category, L"Ca.lm");
-  EXPECT_EQ(AsciiText(category), "Calm");
+  TypeInto(category, L"Re.lax");
+  EXPECT_EQ(AsciiText(category), "Relax");
   Click(Control(form, kIdCmdAddCat));
-  ASSERT_TRUE(WaitFor([&] { return folder.Has("\\Lists\\Calm.lst"); }, 3s));
-  EXPECT_EQ(folder.Get("\\Lists\\Calm.lst"), "");
-  EXPECT_EQ(folder.Get("\\_._"), "0Calm");
+  ASSERT_TRUE(WaitFor([&] { return folder->Has("\\Lists\\Relax.lst"); }, 3s));
+  EXPECT_EQ(folder->Get("\\Lists\\Relax.lst"), "");
+  EXPECT_EQ(folder->Get("\\_._"), "1Calm\r\n0Other\r\n0Relax");
   EXPECT_EQ(AsciiText(category), "");
 
   // Enter in the phrase box adds the phrase, checked.
-  TypeInto(phrase, L"Hello");
+  SelectRow(form, kIdLstMessageCategories, 2);
+  TypeInto(Control(form, kIdTxtEditWord), L"Hello");
   PressKey(VK_RETURN);
-  ASSERT_TRUE(WaitFor([&] { return folder.Get("\\Lists\\Calm.lst") == "1Hello"; }, 3s))
-      << folder.Get("\\Lists\\Calm.lst");
-  EXPECT_EQ(folder.Get("\\_._"), "0Calm");
+  ASSERT_TRUE(WaitFor([&] { return folder->Get("\\Lists\\Relax.lst") == "1Hello"; }, 3s))
+      << folder->Get("\\Lists\\Relax.lst");
 
   // Rename: Edit puts the name into the box, Add renames it.
   Click(Control(form, kIdCmdEditCat));
-  EXPECT_TRUE(WaitFor([&] { return AsciiText(category) == "Calm"; }, 2s));
-  TypeInto(category, L"Relax");
+  EXPECT_TRUE(WaitFor([&] { return AsciiText(category) == "Relax"; }, 2s));
+  TypeInto(category, L"Rest");
   Click(Control(form, kIdCmdAddCat));
-  ASSERT_TRUE(WaitFor([&] { return folder.Has("\\Lists\\Relax.lst") && !folder.Has("\\Lists\\Calm.lst"); }, 3s));
-  EXPECT_EQ(folder.Get("\\Lists\\Relax.lst"), "1Hello");
-  EXPECT_EQ(folder.Get("\\_._"), "0Relax");
+  ASSERT_TRUE(
+      WaitFor([&] { return folder->Has("\\Lists\\Rest.lst") && !folder->Has("\\Lists\\Relax.lst"); }, 3s));
+  EXPECT_EQ(folder->Get("\\Lists\\Rest.lst"), "1Hello");
+  EXPECT_EQ(folder->Get("\\_._"), "1Calm\r\n0Other\r\n0Rest");
 
   // Deleting the last phrase deletes the category's file.
-  const HWND phrases = Control(form, kIdLstPhrases);
-  Click(phrases, 60, 10);
+  Click(Control(form, kIdLstPhrases), 60, 10);
   Click(Control(form, kIdCmdDelete));
-  EXPECT_TRUE(WaitFor([&] { return !folder.Has("\\Lists\\Relax.lst"); }, 3s));
+  EXPECT_TRUE(WaitFor([&] { return !folder->Has("\\Lists\\Rest.lst"); }, 3s));
 
   // Deleting the category asks first.
   Click(Control(form, kIdCmdDeleteCat));
-  EXPECT_EQ(Answer(program, IDYES), "Are you sure you wish to delete this category?");
-  EXPECT_TRUE(WaitFor([&] { return ::SendMessageW(Control(form, kIdLstMessageCategories), 0x1004, 0, 0) == 0; },
-                      2s));  // LVM_GETITEMCOUNT
+  EXPECT_EQ(Answer(*program, IDYES), "Are you sure you wish to delete this category?");
+  EXPECT_TRUE(WaitFor([&] { return folder->Get("\\_._") == "1Calm\r\n0Other"; }, 3s)) << folder->Get("\\_._");
+  EXPECT_EQ(::SendMessageW(Control(form, kIdLstMessageCategories), kGetItemCount, 0, 0), 2);
 }
 
-TEST(SettingsWindow, APastedDeviceNameIsRefusedWithAMessageAndCreatesNothing) {
-  ProgramFolder folder;
-  folder.Put("\\__.__", kSettings);
-  RunningProgram program(folder, "firstrun");
-  const HWND form = StartFirstRun(program);
-  ASSERT_NE(form, nullptr);
-  PasteInto(Control(form, kIdTxtEditCat), L"CON");
-  EXPECT_TRUE(WaitFor([&] { return AsciiText(Control(form, kIdTxtEditCat)) == "CON"; }, 2s));
-  Click(Control(form, kIdCmdAddCat));
-  const std::string message = Answer(program, IDOK);
-  EXPECT_NE(message.find("\"CON\""), std::string::npos) << message;
-  EXPECT_FALSE(folder.Has("\\Lists\\CON.lst"));
-  EXPECT_FALSE(folder.Has("\\_._"));
-}
-
-TEST(SettingsWindow, CheckingACategoryChangesWhatIsFlashedAfterStart) {
-  ProgramFolder folder;
-  folder.Put("\\Lists\\Calm.lst", "1From calm");
-  folder.Put("\\Lists\\Other.lst", "1From other");
-  folder.Put("\\_._", "1Calm\r\n0Other");
-  folder.Put("\\__.__", kSettings);
-  RunningProgram program(folder, "firstrun");
-  const HWND form = StartFirstRun(program);
-  ASSERT_NE(form, nullptr);
-
-  // Click Calm's name, Space turns its check box off; Down goes to
-  // Other, Space turns its check box on.
-  const HWND list = Control(form, kIdLstMessageCategories);
-  Click(list, 60, 8);
-  PressKey(VK_SPACE);
-  PressKey(VK_DOWN);
-  PressKey(VK_SPACE);
-  EXPECT_TRUE(WaitFor([&] { return folder.Get("\\_._") == "0Calm\r\n1Other"; }, 3s)) << folder.Get("\\_._");
-
-  // Alt+S presses Start: the window hides and Other's phrase comes. (The
-  // label holds its text from before until the first phrase comes.)
-  const std::string before = program.OverlayPhrase().value_or("");
-  Key(VK_MENU, false);
-  PressKey('S');
-  Key(VK_MENU, true);
-  ASSERT_TRUE(WaitFor([&] { return !::IsWindowVisible(form); }, 3s));
-  std::vector<std::string> seen;
-  WaitFor(
-      [&] {
-        const auto p = program.OverlayPhrase();
-        if (p && !p->empty() && *p != before && (seen.empty() || seen.back() != *p)) seen.push_back(*p);
-        return !seen.empty();
-      },
-      8s);
-  // A few more seconds: only Other's phrase ever comes.
-  WaitFor(
-      [&] {
-        const auto p = program.OverlayPhrase();
-        if (p && !p->empty() && seen.back() != *p) seen.push_back(*p);
-        return false;
-      },
-      2500ms);
-  ASSERT_FALSE(seen.empty());
-  for (const std::string& p : seen) EXPECT_EQ(p, "From other");
-}
-
-// The control of the program that has the keyboard focus.
-HWND FocusedControl(HWND form) {
-  GUITHREADINFO info{};
-  info.cbSize = sizeof info;
-  return ::GetGUIThreadInfo(::GetWindowThreadProcessId(form, nullptr), &info) ? info.hwndFocus : nullptr;
-}
-
-TEST(SettingsWindow, TabWalksTheWholeWindowAndAltXAsksBeforeTheProgramEnds) {
-  ProgramFolder folder;
-  folder.Put("\\Lists\\Calm.lst", "1From calm");
-  folder.Put("\\_._", "1Calm");
-  RunningProgram program(folder, "firstrun");
-  const HWND form = StartFirstRun(program);
-  ASSERT_NE(form, nullptr);
-
+TEST_F(SettingsWindow, TabWalksTheWholeWindowAndAltXAsksBeforeTheProgramEnds) {
   // From the category box, Tab reaches the lists, the editing buttons,
   // Start and Exit, and comes round to the box again.
   const HWND start = Control(form, kIdTxtEditCat);
@@ -220,24 +122,199 @@ TEST(SettingsWindow, TabWalksTheWholeWindowAndAltXAsksBeforeTheProgramEnds) {
   std::vector<int> visited;
   for (int i = 0; i < 30; ++i) {
     PressKey(VK_TAB);
-    const HWND now = FocusedControl(form);
-    if (now == start) break;
-    visited.push_back(::GetDlgCtrlID(now));
+    if (FocusedControl(form) == start) break;
+    visited.push_back(::GetDlgCtrlID(FocusedControl(form)));
   }
   ASSERT_EQ(FocusedControl(form), start) << "Tab did not come round";
-  for (int id : {kIdTxtEditWord, kIdLstMessageCategories, kIdLstPhrases, kIdCmdAddCat, kIdCmdDelete, kIdCmdStart,
-                 kIdCmdClose})
+  for (int id : {kIdTxtEditWord, kIdLstMessageCategories, kIdLstPhrases, kIdCmdAddCat, kIdCmdDelete,
+                 kIdCmdStart, kIdCmdClose})
     EXPECT_NE(std::find(visited.begin(), visited.end(), id), visited.end()) << id;
 
-  // Alt+X presses Exit: the question; No keeps everything, Yes ends it.
-  for (int answer : {IDNO, IDYES}) {
-    Key(VK_MENU, false);
-    PressKey('X');
-    Key(VK_MENU, true);
-    EXPECT_EQ(Answer(program, answer), "Are you sure you wish to exit the application?");
-  }
-  EXPECT_EQ(program.WaitForExit(5s), std::optional<DWORD>(0));
-  EXPECT_EQ(folder.Get("\\_._"), "1Calm");  // nothing written at the end
+  // Alt+X presses Exit: the question, and No keeps the program. (Yes is the
+  // tray's exit test.)
+  PressAlt('X');
+  EXPECT_EQ(Answer(*program, IDNO), "Are you sure you wish to exit the application?");
+  EXPECT_TRUE(program->Running());
+}
+
+TEST_F(SettingsWindow, TheFontChooserFromEditFontStoresItsAnswerAndACancelStoresTheRoundedLook) {
+  ASSERT_FALSE(folder->Has("\\__.__"));
+  // Cancel: the preview's 9.75 points are stored as 10.
+  HWND dialog = OpenFontChooser(*program, form);
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(AsciiText(dialog), "Font");
+  EXPECT_EQ(AsciiText(::GetDlgItem(dialog, cmb3)), "10");
+  Click(::GetDlgItem(dialog, IDCANCEL));
+  ASSERT_TRUE(WaitFor([&] { return folder->Has("\\__.__"); }, 3s));
+  EXPECT_EQ(folder->Get("\\__.__"), "Arial\r\n10\r\nFalse\r\nFalse\r\n12632256\r\n1\r\n1");
+
+  // OK after stepping the face from Arial to the next one (Courier New),
+  // typing 24 into the size and stepping the style down to Bold.
+  const int greyBefore = CountScreenColour(Preview(), kGrey);
+  dialog = OpenFontChooser(*program, form);
+  ASSERT_NE(dialog, nullptr);
+  const HWND faceEdit = ChooserEdit(dialog, cmb1), styleEdit = ChooserEdit(dialog, cmb2);
+  ASSERT_TRUE(faceEdit && styleEdit && ChooserEdit(dialog, cmb3));
+  Click(faceEdit);
+  PressKey(VK_DOWN);
+  EXPECT_EQ(AsciiText(faceEdit), "Courier New");
+  Click(ChooserEdit(dialog, cmb3));
+  ::SendMessageW(ChooserEdit(dialog, cmb3), EM_SETSEL, 0, -1);
+  TypeText(L"24");
+  Click(styleEdit);
+  PressKey(VK_HOME);
+  PressKey(VK_DOWN);
+  PressKey(VK_DOWN);
+  EXPECT_EQ(AsciiText(styleEdit), "Bold");
+  Click(::GetDlgItem(dialog, IDOK));
+  EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("12632256", 1, 1); }, 3s))
+      << folder->Get("\\__.__");
+  // The preview's text grew: far more of its grey on the screen.
+  ::Sleep(300);
+  EXPECT_GT(CountScreenColour(Preview(), kGrey), greyBefore * 2);
+}
+
+TEST_F(SettingsWindow, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSavesEachTurn) {
+  const auto position = [](int id) {
+    return static_cast<int>(::SendMessageW(Control(form, id), TBM_GETPOS, 0, 0));
+  };
+  // The wheel, its label and the settings file tell its position, or
+  // `want`.
+  const auto shown = [&](int id, int want = -1) {
+    const bool duration = id == kIdBvlWheel1;
+    return WaitFor(
+        [&] {
+          const int at = want < 0 ? position(id) : want;
+          const std::string v = std::to_string(at);
+          return position(id) == at &&
+                 AsciiText(Control(form, duration ? kIdLblDuration : kIdLblFrequency)) ==
+                     (duration ? "Duration: " + v + " Millisecond(s)" : "Frequency: " + v + " Second(s)") &&
+                 folder->Get("\\__.__") == (duration ? Settings("12632256", at, position(kIdBvlWheel2))
+                                                     : Settings("12632256", position(kIdBvlWheel1), at));
+        },
+        3s);
+  };
+  ASSERT_EQ(position(kIdBvlWheel1), 1) << "the stored duration";
+
+  // A click in the channel right of the thumb moves it up a page.
+  RECT bar{};
+  ::GetWindowRect(Control(form, kIdBvlWheel1), &bar);
+  ClickScreen({bar.right - 12, (bar.top + bar.bottom) / 2});
+  EXPECT_TRUE(WaitFor([&] { return position(kIdBvlWheel1) > 1; }, 3s));
+  EXPECT_TRUE(shown(kIdBvlWheel1)) << AsciiText(Control(form, kIdLblDuration)) << " "
+                                   << folder->Get("\\__.__");
+
+  // End, given with the wheel's focus, goes to the top.
+  PressKey(VK_END);
+  EXPECT_TRUE(shown(kIdBvlWheel1, 1000));
+
+  // The frequency wheel: a click gives it the focus, the mouse wheel turns
+  // it up two notches, End takes it to the top and Home to the bottom.
+  ::GetWindowRect(Control(form, kIdBvlWheel2), &bar);
+  const POINT over{bar.right - 4, (bar.top + bar.bottom) / 2};
+  ClickScreen(over);
+  const int before = position(kIdBvlWheel2);
+  SendMouse(MOUSEEVENTF_WHEEL, over, static_cast<DWORD>(2 * WHEEL_DELTA));
+  EXPECT_TRUE(shown(kIdBvlWheel2, std::min(before + 2, 30))) << position(kIdBvlWheel2);
+  PressKey(VK_END);
+  EXPECT_TRUE(shown(kIdBvlWheel2, 30));
+  PressKey(VK_HOME);
+  EXPECT_TRUE(shown(kIdBvlWheel2, 1));
+}
+
+// Drops the colour list with a click and clicks the row showing `text`.
+void PickColour(const RunningProgram& program, HWND form, const wchar_t* text) {
+  const HWND combo = Control(form, kIdColorPicker1);
+  const int row =
+      static_cast<int>(::SendMessageW(combo, CB_FINDSTRINGEXACT, -1, reinterpret_cast<LPARAM>(text)));
+  Click(combo);
+  HWND list = nullptr;
+  ASSERT_TRUE(WaitFor([&] { return (list = program.Window("ComboLBox", true)) != nullptr; }, 3s));
+  const int height = static_cast<int>(::SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
+  const int top = static_cast<int>(::SendMessageW(list, LB_GETTOPINDEX, 0, 0));
+  POINT at{8 + height, (row - top) * height + height / 2};
+  ::ClientToScreen(list, &at);
+  ClickScreen(at);
+}
+
+TEST_F(SettingsWindow, APickedColourShowsInThePreviewAndWhiteIsStoredAsAlmostWhite) {
+  // The preview's two halves: the text on white and on black.
+  RECT light = Preview(), dark = Preview();
+  light.right = (light.left + light.right) / 2 - 2;
+  dark.left = (dark.left + dark.right) / 2 + 2;
+  EXPECT_EQ(CountScreenColour(Preview(), kRed), 0);
+
+  PickColour(*program, form, L"White");
+  EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("16777214", 1000, 1); }, 3s));
+  EXPECT_EQ(AsciiText(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
+  EXPECT_GT(CountScreenColour(dark, RGB(254, 255, 255)), 20);
+
+  PickColour(*program, form, L"Red");
+  EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("255", 1000, 1); }, 3s))
+      << folder->Get("\\__.__");
+  ::Sleep(200);
+  EXPECT_GT(CountScreenColour(light, kRed), 20) << "red on the white half";
+  EXPECT_GT(CountScreenColour(dark, kRed), 20) << "red on the black half";
+}
+
+TEST_F(SettingsWindow, CheckingACategoryChangesWhatIsFlashedAfterStartInThePickedColour) {
+  // Click Calm's name, Space turns its check box off; Down goes to Other,
+  // Space turns its check box on.
+  SelectRow(form, kIdLstMessageCategories, 0);
+  PressKey(VK_SPACE);
+  PressKey(VK_DOWN);
+  PressKey(VK_SPACE);
+  EXPECT_TRUE(WaitFor([&] { return folder->Get("\\_._") == "0Calm\r\n1Other"; }, 3s)) << folder->Get("\\_._");
+
+  // Alt+S presses Start: the window hides and only Other's phrase comes,
+  // in red. (The label holds its text from before, or the one it is made
+  // with, until the first phrase comes.)
+  const std::string before = program->OverlayPhrase().value_or("");
+  PressAlt('S');
+  ASSERT_TRUE(WaitFor([&] { return !::IsWindowVisible(form); }, 3s));
+  std::vector<std::string> seen;
+  bool red = false;
+  WaitFor(
+      [&] {
+        const std::string p = program->OverlayPhrase().value_or("");
+        if (!p.empty() && p != before && p != "I want to buy this program" &&
+            (seen.empty() || seen.back() != p))
+          seen.push_back(p);
+        red = red || (p == "From other" && program->OverlayPixels(kRed) > 50);
+        return false;
+      },
+      8s);
+  EXPECT_TRUE(red) << "the picked colour on the screen";
+  ASSERT_FALSE(seen.empty());
+  for (const std::string& p : seen) EXPECT_EQ(p, "From other");
+}
+
+// The real program in a program folder that is against it: a file where its
+// "Lists" folder should be. The program keeps running, says what it could
+// not do, and loses nothing; with the file gone, the next category makes
+// the folder. (A category file another program holds open is the shell
+// tests' case.)
+TEST(HostileFolders, AFileInPlaceOfTheListsFolderIsNamedWhenACategoryCannotBeCreated) {
+  ProgramFolder folder;
+  folder.Put("\\Lists", "not a folder");
+  RunningProgram program(folder, "firstrun");
+  const HWND form = StartFirstRun(program);
+  ASSERT_NE(form, nullptr);
+
+  TypeInto(Control(form, kIdTxtEditCat), L"Calm");
+  Click(Control(form, kIdCmdAddCat));
+  const std::string message = Answer(program, IDOK);
+  EXPECT_NE(message.find("the folder \"Lists\" could not be made"), std::string::npos) << message;
+  EXPECT_EQ(folder.Get("\\Lists"), "not a folder");
+  EXPECT_FALSE(folder.Has("\\_._"));
+  // Nothing is listed that has no file, and the program goes on.
+  EXPECT_EQ(::SendMessageW(Control(form, kIdLstMessageCategories), kGetItemCount, 0, 0), 0);
+  ASSERT_TRUE(program.Running());
+
+  ASSERT_TRUE(folder.Remove("\\Lists"));
+  TypeInto(Control(form, kIdTxtEditCat), L"Calm");
+  Click(Control(form, kIdCmdAddCat));
+  EXPECT_TRUE(WaitFor([&] { return folder.Has("\\Lists\\Calm.lst") && folder.Get("\\_._") == "0Calm"; }, 3s));
 }
 
 }  // namespace

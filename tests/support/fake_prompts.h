@@ -33,13 +33,12 @@ class FakePrompts final : public Prompts {
   }
 
   bool IsOpen() const override { return open; }
-  void BringToFront() override { ++broughtToFront; }
+  void BringToFront() override {}
 
   std::vector<ShownPrompt> shown;
   // Runs while a box is open, as the events of its nested loop would.
   std::function<void()> whileOpen;
   bool open = false;
-  int broughtToFront = 0;
   // Answers for Yes/No boxes, in order; No when none is left.
   std::deque<PromptAnswer> answers;
 };
