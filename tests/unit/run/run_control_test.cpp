@@ -17,9 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 using Phrases = std::vector<std::string>;
 
-using test::FixedRandom;
-using test::StateOverlay;
-
 class HostDouble final : public RunControlHost {
  public:
   bool SettingsWindowVisible() const override { return settingsVisible; }
@@ -76,8 +73,8 @@ class RunControlTest : public ::testing::Test {
   test::FakeClock clock;
   std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
   std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
-  StateOverlay view;
-  FixedRandom random;
+  test::StateOverlay view;
+  test::FixedRandom random;
   HostDouble host;
   frmMessage flasher{view, *frequency, *display, random, host};
   RunControl run{flasher, host, SystemFileSystem(), folder.Path()};

@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <set>
 
 #include "../../support/fake_clock.h"
 #include "../../support/flasher_doubles.h"
@@ -21,10 +20,6 @@ namespace qm {
 namespace {
 
 using namespace std::chrono_literals;
-
-using test::ClosedHost;
-using test::FixedRandom;
-using test::StateOverlay;
 
 // The settings window's share of the core: a real flasher on fake timers,
 // the store, and the font and timing panels wired to both.
@@ -43,9 +38,9 @@ struct SettingsWorld {
   test::FakeClock clock;
   std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
   std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
-  StateOverlay overlay;
-  FixedRandom random{0};
-  ClosedHost host;
+  test::StateOverlay overlay;
+  test::FixedRandom random{0};
+  test::ClosedHost host;
   frmMessage flasher{overlay, *frequency, *display, random, host};
   SettingsStore store;
   FontPanel font{store, flasher};
@@ -53,8 +48,6 @@ struct SettingsWorld {
 };
 
 constexpr std::string_view kExample = "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3";
-
-using test::WatchedFiles;
 
 class SettingsStoreTest : public ::testing::Test {
  protected:
@@ -68,7 +61,7 @@ class SettingsStoreTest : public ::testing::Test {
   std::string File() const { return dir.Get("\\__.__"); }
 
   test::TempFolder dir;
-  WatchedFiles files;
+  test::WatchedFiles files;
   std::unique_ptr<SettingsWorld> world;
 };
 

@@ -1,18 +1,16 @@
 // The overlay on the real (virtual) display under Wine: its styles and
 // layered attributes, that it never takes the focus, what a screen capture
-// shows while a phrase is up and after it is hidden, and that flashing
-// leaves no GDI or USER object behind.
+// shows while a phrase is up and after it is hidden, that flashing leaves
+// no GDI or USER object behind; and the compositor's frames and the user's
+// attention as Windows reports them.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cstdint>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "../../support/flasher_doubles.h"
 #include "../../support/test_helpers_win32.h"
+#include "display/flash_guard.h"
 #include "display/message_window_win32.h"
 #include "display/overlay_routines_win32.h"
 #include "platform/gdi_win32.h"
@@ -21,25 +19,6 @@ namespace qm::win32 {
 namespace {
 
 using namespace std::chrono_literals;
-
-struct PixelCount {
-  int text = 0, backdrop = 0, other = 0;
-  COLORREF firstOther = 0;
-};
-
-PixelCount CountPixels(const std::vector<COLORREF>& pixels, COLORREF text, COLORREF backdrop) {
-  PixelCount n;
-  for (COLORREF p : pixels) {
-    if (p == text) {
-      ++n.text;
-    } else if (p == backdrop) {
-      ++n.backdrop;
-    } else if (n.other++ == 0) {
-      n.firstOther = p;
-    }
-  }
-  return n;
-}
 
 // This thread's windows, message-only ones included, stand in for the
 // USER count where Wine answers 0 (windows are the only USER objects the
@@ -138,8 +117,8 @@ TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   EXPECT_EQ(area.bottom - area.top, ::MulDiv(label.height + 150, 96, 1440));
   // Window lists and accessibility tools read a window's text: the phrase
   // is not the overlay's (the end-to-end tests have it by asking).
-  wchar_t text[64] = {L'x'};
-  EXPECT_EQ(::InternalGetWindowText(Overlay(), text, 64), 0);
+  wchar_t windowText[64] = {L'x'};
+  EXPECT_EQ(::InternalGetWindowText(Overlay(), windowText, 64), 0);
   EXPECT_EQ(::GetWindowTextLengthW(Overlay()), 0);
   // Raising a window that is already top-most keeps its place and size.
   modWindowsRoutines::MakeTopMost(Overlay());
@@ -151,18 +130,17 @@ TEST_F(OverlayShell, PhraseShowsOverTheWindowBeneathWithoutTakingTheFocus) {
   ::InflateRect(&area, 20, 20);
   RECT screen{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
   ::IntersectRect(&area, &area, &screen);
-  const PixelCount shown = CountPixels(test::CaptureScreen(area), textColour, backdropColour);
-  EXPECT_GT(shown.text, 200) << "the phrase is on the screen in its colour";
-  EXPECT_EQ(shown.other, 0) << "no white box, no light fringe; first stray pixel 0x" << std::hex
-                            << shown.firstOther;
-  EXPECT_GT(shown.backdrop, shown.text) << "the window beneath shows everywhere else";
+  const int pixels = (area.right - area.left) * (area.bottom - area.top);
+  const int text = test::CountScreenColour(area, textColour);
+  const int beneath = test::CountScreenColour(area, backdropColour);
+  EXPECT_GT(text, 200) << "the phrase is on the screen in its colour";
+  EXPECT_EQ(text + beneath, pixels) << "no white box, no light fringe";
+  EXPECT_GT(beneath, text) << "the window beneath shows everywhere else";
 
   ASSERT_TRUE(loop.RunUntil([&] { return !overlay.LabelVisible(); }, 10s)) << "the display tick hides it";
   flasher.bStopped = true;  // no next phrase while we look
   loop.RunFor(200ms);
-  const PixelCount hidden = CountPixels(test::CaptureScreen(area), textColour, backdropColour);
-  EXPECT_EQ(hidden.text, 0);
-  EXPECT_EQ(hidden.other, 0) << "first stray pixel 0x" << std::hex << hidden.firstOther;
+  EXPECT_EQ(test::CountScreenColour(area, backdropColour), pixels) << "nothing but the window beneath";
 }
 
 // A phrase of a megabyte (a hand-made category file) comes and goes like
@@ -210,6 +188,56 @@ TEST_F(OverlayShell, TenThousandFlashesLeaveGdiAndUserCountsFlat) {
   EXPECT_LE(test::GdiObjectsInUse(), gdiBefore);
   EXPECT_LE(UserObjects(), userBefore);
   EXPECT_GT(userBefore, 0u);
+}
+
+// The compositor's frame count as Windows reports it, and what the flasher
+// makes of it on this system.
+using FrameClockWin32 = OverlayShell;
+
+TEST_F(FrameClockWin32, APhraseWaitsForFramesOnlyWhereTheCompositorCountsThem) {
+  const CompositorClock clock;
+  const auto before = clock.PresentedFrames();
+  flasher.MessageList = PhraseList{{"Seen"}};
+  FlashOnce(1ms);
+  const auto shown = clock.PresentedFrames();
+  ASSERT_TRUE(loop.RunUntil([&] { return !overlay.LabelVisible(); }, 5s));
+  const auto hidden = clock.PresentedFrames();
+  flasher.bStopped = true;
+
+  RecordProperty("compositor", before ? "counts frames" : "reports none");
+  if (!before) {
+    // No composition: nothing is counted, and nothing waits for it.
+    EXPECT_FALSE(shown || hidden);
+    EXPECT_FALSE(flasher.WaitingForFrame());
+    return;
+  }
+  ASSERT_TRUE(shown && hidden);
+  EXPECT_GE(*shown, *before);
+  EXPECT_TRUE(PhraseSeen(shown, hidden)) << "hidden after frame " << *hidden << ", shown at " << *shown;
+}
+
+// A full-screen window of the program's own never quiets it; the system's
+// own notification state is reported as it is.
+TEST(UserAttentionWin32, TheProgramsOwnFullScreenWindowIsToldApartAndKeepsItFlashing) {
+  const ShellAttention attention;
+  const auto state = attention.UserNotificationState();
+  RecordProperty("notification state", state ? std::to_string(static_cast<int>(*state)) : "not reported");
+
+  const HWND own =
+      ::CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, ::GetSystemMetrics(SM_CXSCREEN),
+                        ::GetSystemMetrics(SM_CYSCREEN), nullptr, nullptr, nullptr, nullptr);
+  ASSERT_NE(own, nullptr);
+  ::SetForegroundWindow(own);
+  test::Pump();
+  ASSERT_EQ(::GetForegroundWindow(), own);
+  const ForegroundWindow front = attention.Foreground();
+  EXPECT_EQ(front.kind, ForegroundWindow::Kind::Own);
+  EXPECT_EQ(front.monitor.right - front.monitor.left, ::GetSystemMetrics(SM_CXSCREEN));
+  EXPECT_EQ(front.monitor.bottom - front.monitor.top, ::GetSystemMetrics(SM_CYSCREEN));
+  EXPECT_EQ(front.client.left, front.monitor.left);
+  EXPECT_EQ(front.client.bottom, front.monitor.bottom);
+  EXPECT_FALSE(StaysQuiet(std::nullopt, front));
+  ::DestroyWindow(own);
 }
 
 }  // namespace
