@@ -37,7 +37,7 @@ class RecordingView final : public OverlayView {
   float TwipsPerPixelX() const override { return twipsPerPixelX; }
   float TwipsPerPixelY() const override { return twipsPerPixelY; }
   void SetLabelVisible(bool v) override { Log((labelVisible = v) ? "label shown" : "label hidden"); }
-  void SetLabelFont(const FontSpec& f) override { font = f; }
+  void SetLabelFont(const FontSpec&) override {}
   void SetLabelColor(OleColor c) override { color = c; }
   void SetWindowHeight(int twips) override { height = twips, Log("height"); }
   void SetWindowWidth(int twips) override { width = twips, Log("width"); }
@@ -59,7 +59,6 @@ class RecordingView final : public OverlayView {
   bool labelVisible = true;
   int width = 0, height = 0, left = 0, top = 0;
   std::optional<OleColor> transparentKey;
-  FontSpec font;
   OleColor color = 0;
 
  private:

@@ -205,10 +205,7 @@ class AnsweredChooser final : public FontChooser {
   void SetFlags(std::uint32_t flags) override { flags_ = flags; }
   void SetFontSize(std::int32_t points) override { font_.size = points; }
   void SetFontName(const std::string& name) override { font_.name = name; }
-  void SetFontBold(bool bold) override {
-    font_.bold = bold;
-    font_.weight = bold ? 700 : 400;
-  }
+  void SetFontBold(bool bold) override { font_.bold = bold; }
   void SetFontItalic(bool italic) override { font_.italic = italic; }
   void ShowFont() override {
     ++shown;

@@ -95,16 +95,14 @@ TEST(TrayMenuTest, MovesPressesAndClicksWhileOpenDoNothing) {
 TEST(TrayMenuTest, OnlyStartAndStopCarryCheckMarksAndOnlySettingsIsEverGreyed) {
   Recorder r;
   TrayMenu menu(r);
-  menu.mnuStartChecked = false;
-  menu.mnuStopChecked = true;
-  for (TrayMenuItem item :
-       {TrayMenuItem::Settings, TrayMenuItem::Exit, TrayMenuItem::None, TrayMenuItem::Start})
-    EXPECT_FALSE(menu.Checked(item)) << static_cast<int>(item);
-  EXPECT_TRUE(menu.Checked(TrayMenuItem::Stop));
-  menu.mnuStartChecked = true;
-  menu.mnuStopChecked = false;
-  EXPECT_TRUE(menu.Checked(TrayMenuItem::Start));
-  EXPECT_FALSE(menu.Checked(TrayMenuItem::Stop));
+  for (bool start : {false, true}) {
+    menu.mnuStartChecked = start;
+    menu.mnuStopChecked = !start;
+    EXPECT_EQ(menu.Checked(TrayMenuItem::Start), start);
+    EXPECT_EQ(menu.Checked(TrayMenuItem::Stop), !start);
+    for (TrayMenuItem item : {TrayMenuItem::Settings, TrayMenuItem::Exit, TrayMenuItem::None})
+      EXPECT_FALSE(menu.Checked(item)) << static_cast<int>(item);
+  }
   EXPECT_FALSE(menu.Enabled(TrayMenuItem::Settings));
   for (TrayMenuItem item : {TrayMenuItem::Start, TrayMenuItem::Stop, TrayMenuItem::Exit})
     EXPECT_TRUE(menu.Enabled(item));
