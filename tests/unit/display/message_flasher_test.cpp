@@ -7,19 +7,21 @@
 #include <deque>
 #include <map>
 #include <new>
+#include <optional>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "../../support/fake_clock.h"
+#include "../../support/flasher_doubles.h"
+#include "display/flash_guard.h"
 #include "display/lcg_random.h"
-#include "platform/twips.h"
 
 namespace qm {
 namespace {
 
 using namespace std::chrono_literals;
 using Phrases = std::vector<std::string>;
+using Kind = ForegroundWindow::Kind;
 
 // The overlay as the flasher drives it: the calls that make a phrase are
 // logged in order; the label measures 10 twips a character by 300; twips
@@ -35,7 +37,7 @@ class RecordingView final : public OverlayView {
   float TwipsPerPixelX() const override { return twipsPerPixelX; }
   float TwipsPerPixelY() const override { return twipsPerPixelY; }
   void SetLabelVisible(bool v) override { Log((labelVisible = v) ? "label shown" : "label hidden"); }
-  void SetLabelFont(const FontSpec& f) override { font = f; }
+  void SetLabelFont(const FontSpec&) override {}
   void SetLabelColor(OleColor c) override { color = c; }
   void SetWindowHeight(int twips) override { height = twips, Log("height"); }
   void SetWindowWidth(int twips) override { width = twips, Log("width"); }
@@ -57,7 +59,6 @@ class RecordingView final : public OverlayView {
   bool labelVisible = true;
   int width = 0, height = 0, left = 0, top = 0;
   std::optional<OleColor> transparentKey;
-  FontSpec font;
   OleColor color = 0;
 
  private:
@@ -129,7 +130,6 @@ TEST_F(FlasherTest, LoadShowsTheCreationListsFirstPhraseAndWaitsForBegin) {
   EXPECT_EQ(flasher.MessageList, (Phrases{"I want to buy this program", "I love this program"}));
   EXPECT_EQ(view.transparentKey, 0x00FFFFFFu);
   EXPECT_EQ(random.starts, (std::vector<unsigned>{4321}));
-  EXPECT_EQ(view.font, FontSpec{});
   EXPECT_EQ(view.color, 0x00C0C0C0u);
 
   clock.Advance(60s);
@@ -271,10 +271,11 @@ TEST_F(FlasherTest, WindowFollowsTheLabelAndIsPlacedFromTheLabelAlone) {
   EXPECT_EQ(view.width, 1550);
   EXPECT_EQ(view.height, 450);
 
-  // A view of 12 twips a pixel across and 20 down (120 and 72 dots per
-  // inch) makes that label 125 x 15 pixels; the left edge 337.5 rounds to
-  // 338.
-  flasher.Form_Load({800, 600}, 0);
+  // Placed in the view's own measure, whatever the screen service worked
+  // out from the monitor's physical size: a view of 12 twips a pixel
+  // across and 20 down (120 and 72 dots per inch) makes that label 125 x 15
+  // pixels; the left edge 337.5 rounds to 338.
+  flasher.Form_Load({800, 600, 20.0f, 8.0f}, 0);
   view.twipsPerPixelX = 12;
   view.twipsPerPixelY = 20;
   random.values = {0.9999999f, 0.5f};
@@ -286,33 +287,6 @@ TEST_F(FlasherTest, WindowFollowsTheLabelAndIsPlacedFromTheLabelAlone) {
   view.labelSize = TwipsSize{1024 * 15 + 1500, 768 * 15 + 600};  // 100 and 40 pixels too big
   random.values = {0.5f, 0.0f};
   EXPECT_EQ(PlaceOnce(), std::make_pair(0, -20 * 15));
-}
-
-// Many monitors report a physical size that does not match their logical
-// dots per inch. The phrase is placed in the view's measure whatever the
-// screen service worked out from the physical size: at the far ends of the
-// draws the label, in pixels as the view converts the place, touches the
-// screen's edges and stays on the screen.
-TEST_F(FlasherTest, PhraseLandsOnTheScreenWhenThePhysicalSizeDisagreesWithTheDpi) {
-  for (const int dpi : {120, 96, 144}) {
-    for (const float physical : {20.0f, 8.0f, 14.95f}) {
-      SCOPED_TRACE(testing::Message() << dpi << " dpi, physically " << physical << " twips a pixel");
-      flasher.Form_Load({1024, 768, physical, physical}, 0);
-      view.twipsPerPixelX = view.twipsPerPixelY = TwipsPerPixelAt(dpi);
-      const int labelWidth = 200, labelHeight = 30;  // pixels
-      view.labelSize = TwipsSize{PixelsToTwips(labelWidth, dpi), PixelsToTwips(labelHeight, dpi)};
-
-      random.values = {0.9999999f, 0.9999999f};  // the bottom right end
-      auto [left, top] = PlaceOnce();
-      EXPECT_EQ(TwipsToPixels(left, dpi) + labelWidth, 1024);
-      EXPECT_EQ(TwipsToPixels(top, dpi) + labelHeight, 768);
-
-      random.values = {0.0f, 0.0f};  // the top left end
-      std::tie(left, top) = PlaceOnce();
-      EXPECT_EQ(TwipsToPixels(left, dpi), 0);
-      EXPECT_EQ(TwipsToPixels(top, dpi), 0);
-    }
-  }
 }
 
 // A hand-made category file may hold a line of megabytes. The label gets
@@ -338,6 +312,144 @@ TEST_F(FlasherTest, RndNumRoundsHalfToEvenBetweenTheBounds) {
   EXPECT_EQ(flasher.RndNum(2, 0), 2);  // 1.5 rounds to 2
   EXPECT_EQ(flasher.RndNum(-100, 0), -50);
   EXPECT_EQ(flasher.RndNum(20, 10), 13);
+}
+
+// A compositor that presents a frame every 16 ms of the fake clock, one
+// that has stopped presenting, or none at all.
+class FakeCompositor final : public FrameClock {
+ public:
+  explicit FakeCompositor(const test::FakeClock& clock) : clock_(clock) {}
+  std::optional<std::uint64_t> PresentedFrames() const override {
+    if (!present) return std::nullopt;
+    if (stalledAt) return *stalledAt;
+    return static_cast<std::uint64_t>(clock_.Now() / 16ms) + 1000;
+  }
+  bool present = true;
+  std::optional<std::uint64_t> stalledAt;
+
+ private:
+  const test::FakeClock& clock_;
+};
+
+// Every phrase seen and never in the way: a phrase leaves the screen only
+// once a frame holding it has been presented (asked again every
+// millisecond), and none appears while the user is busy with the whole
+// screen. One phrase a second, each asked to stay a millisecond.
+class GuardedFlasher : public FlasherTest {
+ protected:
+  GuardedFlasher() {
+    frequency->SetInterval(1000ms);
+    display->SetInterval(1ms);
+    frameWait->SetInterval(1ms);
+    flasher.WaitForFrames(&compositor, frameWait.get());
+    flasher.HeedUser(&attention);
+    flasher.MessageList = PhraseList{{"One", "Two"}};
+    flasher.Begin();
+  }
+  // The flasher outlives the frame wait timer here.
+  ~GuardedFlasher() override { flasher.WaitForFrames(nullptr, nullptr); }
+
+  // Runs to the next phrase and returns how long it stayed up (in steps of
+  // 1 ms, at most a second).
+  std::chrono::milliseconds NextPhraseTime() {
+    clock.Advance(frequency->Due() - clock.Now());
+    EXPECT_TRUE(view.labelVisible);
+    const auto shown = clock.Now();
+    for (int i = 0; i < 1000 && view.labelVisible; ++i) clock.Advance(1ms);
+    return clock.Now() - shown;
+  }
+
+  std::unique_ptr<test::FakeClock::FakeTimer> frameWait = clock.MakeTimer();
+  FakeCompositor compositor{clock};
+  test::SetAttention attention;
+};
+
+TEST_F(GuardedFlasher, AShortPhraseStaysUntilAFrameHoldingItIsPresentedThenTheCycleGoesOn) {
+  // Shown at 1000 ms, in the compositor's frame 62: frames 63 and 64 may
+  // have begun without it, frame 65 (from 1040 ms) holds it.
+  const auto up = NextPhraseTime();
+  EXPECT_GE(up, 40ms);
+  EXPECT_LE(up, 42ms);
+  EXPECT_FALSE(flasher.WaitingForFrame());
+  EXPECT_TRUE(frequency->Enabled()) << "the next phrase is on its way";
+  EXPECT_FALSE(display->Enabled());
+  EXPECT_EQ(view.caption, "Two");
+  // A phrase shown later in a frame is held just as long in frames.
+  NextPhraseTime();
+  EXPECT_EQ(view.caption, "One");
+
+  // A duration that outlasts the frames goes at the time asked.
+  display->SetInterval(50ms);
+  EXPECT_EQ(NextPhraseTime(), 50ms);
+}
+
+TEST_F(GuardedFlasher, WithoutACompositorAPhraseGoesAtTheTimeAsked) {
+  compositor.present = false;
+  EXPECT_EQ(NextPhraseTime(), 1ms);
+  flasher.WaitForFrames(nullptr, nullptr);
+  compositor.present = true;
+  EXPECT_EQ(NextPhraseTime(), 1ms);
+}
+
+TEST_F(GuardedFlasher, ACompositorThatStopsPresentingHoldsAPhraseOnlySoLong) {
+  compositor.stalledAt = 7;
+  const auto up = NextPhraseTime();
+  EXPECT_GE(up, std::chrono::milliseconds(frmMessage::kMaxFrameChecks));
+  EXPECT_LT(up, 1000ms) << "it went in the end";
+  EXPECT_TRUE(frequency->Enabled());
+}
+
+TEST_F(GuardedFlasher, AStoppedFlasherNeitherHidesNorAsksWhileAPhraseWaits) {
+  clock.Advance(1001ms);
+  ASSERT_TRUE(flasher.WaitingForFrame());
+  flasher.bStopped = true;
+  const int asked = frameWait->Ticks();
+  clock.Advance(500ms);
+  EXPECT_TRUE(view.labelVisible) << "suspended as it was";
+  EXPECT_LE(frameWait->Ticks(), asked + 1) << "no asking while stopped";
+  flasher.bStopped = false;
+  clock.Advance(2ms);
+  EXPECT_FALSE(view.labelVisible) << "seen long since: hidden at the next display tick";
+  EXPECT_TRUE(frequency->Enabled());
+}
+
+TEST_F(GuardedFlasher, WhileQuietNoPhraseAppearsAndTheListGoesOnAfterwards) {
+  attention.FullScreenProgram();
+  clock.Advance(5s);
+  EXPECT_FALSE(view.labelVisible);
+  EXPECT_EQ(view.caption, "I want to buy this program") << "no phrase was even put into the label";
+  EXPECT_TRUE(frequency->Enabled()) << "waiting, not halted";
+
+  attention.foreground = {};
+  NextPhraseTime();
+  EXPECT_EQ(view.caption, "Two") << "the list resumes where it was";
+}
+
+// When the user is busy with the whole screen: what the shell reports, or
+// a window in front that fills its monitor.
+TEST(StaysQuiet, WhenTheShellSaysTheUserIsBusyOrTheWindowInFrontFillsItsMonitor) {
+  const ForegroundWindow none;
+  for (auto state : {NotificationState::Busy, NotificationState::RunningD3dFullScreen,
+                     NotificationState::PresentationMode, NotificationState::QuietTime})
+    EXPECT_TRUE(StaysQuiet(state, none)) << static_cast<int>(state);
+  for (auto state :
+       {NotificationState::AcceptsNotifications, NotificationState::NotPresent, NotificationState::App})
+    EXPECT_FALSE(StaysQuiet(state, none)) << static_cast<int>(state);
+  EXPECT_FALSE(StaysQuiet(std::nullopt, none));
+
+  const ScreenRect second{1920, -200, 3200, 824};
+  // A program filling its monitor, on the second one too, or larger than it.
+  EXPECT_TRUE(StaysQuiet(std::nullopt, {Kind::Other, second, second}));
+  EXPECT_TRUE(StaysQuiet(NotificationState::AcceptsNotifications,
+                         {Kind::Other, {-8, -8, 1928, 1088}, {0, 0, 1920, 1080}}));
+  // A maximised window leaves the taskbar; a window filling the other monitor.
+  EXPECT_FALSE(StaysQuiet(std::nullopt, {Kind::Other, {0, 23, 1920, 1040}, {0, 0, 1920, 1080}}));
+  EXPECT_FALSE(StaysQuiet(std::nullopt, {Kind::Other, {0, 0, 1920, 1080}, second}));
+  // The desktop, the taskbar and the program's own windows never count;
+  // nor a monitor the system could not name.
+  for (Kind kind : {Kind::Desktop, Kind::Shell, Kind::Own, Kind::None})
+    EXPECT_FALSE(StaysQuiet(std::nullopt, {kind, second, second})) << static_cast<int>(kind);
+  EXPECT_FALSE(StaysQuiet(std::nullopt, {Kind::Other, {0, 0, 1920, 1080}, {}}));
 }
 
 TEST(LcgRandomTest, RndNumEndsComeWithHalfTheWeightAndRestartsRepeat) {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "../../support/fake_clock.h"
-#include "../../support/flasher_doubles.h"
 #include "../../support/fake_prompts.h"
+#include "../../support/flasher_doubles.h"
 #include "../../support/temp_folder.h"
 
 namespace qm {
@@ -16,9 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Phrases = std::vector<std::string>;
-
-using test::FixedRandom;
-using test::StateOverlay;
 
 class HostDouble final : public RunControlHost {
  public:
@@ -76,8 +73,8 @@ class RunControlTest : public ::testing::Test {
   test::FakeClock clock;
   std::unique_ptr<test::FakeClock::FakeTimer> frequency = clock.MakeTimer();
   std::unique_ptr<test::FakeClock::FakeTimer> display = clock.MakeTimer();
-  StateOverlay view;
-  FixedRandom random;
+  test::StateOverlay view;
+  test::FixedRandom random;
   HostDouble host;
   frmMessage flasher{view, *frequency, *display, random, host};
   RunControl run{flasher, host, SystemFileSystem(), folder.Path()};
@@ -100,7 +97,8 @@ TEST_F(RunControlTest, GatheringALargeLibraryKeepsWhatOneByOneAddingGives) {
   // cases (accented capitals included), over categories checked in an
   // order unlike their names', one of them with LF line ends.
   std::minstd_rand draw(7);
-  const char* words[] = {"calm", "Sleep", "\xC9T\xC9", "\xE9t\xE9", "Rest", "REST", "now", "\x8Cuvre", "\x9Cuvre"};
+  const char* words[] = {"calm", "Sleep", "\xC9T\xC9", "\xE9t\xE9", "Rest",
+                         "REST", "now",   "\x8Cuvre",  "\x9Cuvre"};
   std::string state;
   PhraseList expected;
   for (int c = 0; c < 12; ++c) {
@@ -124,7 +122,8 @@ TEST_F(RunControlTest, GatheringALargeLibraryKeepsWhatOneByOneAddingGives) {
 TEST_F(RunControlTest, AHandEditedStateFileCannotGatherFromOutsideTheListsFolder) {
   folder.Put("\\secret.lst", "1Outside the folder");
   folder.Put("\\Lists\\Inner\\deep.lst", "1Below the folder");
-  Library("1..\\secret\r\n1../secret\r\n1Inner\\deep\r\n1Inner/deep\r\n1C:deep\r\n1Calm", {{"Calm", "1Inside"}});
+  Library("1..\\secret\r\n1../secret\r\n1Inner\\deep\r\n1Inner/deep\r\n1C:deep\r\n1Calm",
+          {{"Calm", "1Inside"}});
   EXPECT_EQ(run.GetCheckedPhrases(), Phrases{"Inside"});
 }
 
@@ -144,7 +143,6 @@ TEST_F(RunControlTest, StartButtonGathersHandsOverTheFontAndStarts) {
   run.cmdStart_Click();
   EXPECT_FALSE(host.settingsVisible);
   EXPECT_TRUE(view.visible);
-  EXPECT_FALSE(flasher.bStopped);
   EXPECT_EQ(view.font, host.previewFont);
   EXPECT_EQ(host.trayTip, "Subliminal Message are ON.");
   EXPECT_EQ(host.trayIcon, StatusIcon::Running);
@@ -154,14 +152,10 @@ TEST_F(RunControlTest, StartButtonGathersHandsOverTheFontAndStarts) {
   EXPECT_EQ(Shown(4), (Phrases{"Two", "Three", "One", "Two"}));
 }
 
-TEST_F(RunControlTest, WithNothingCheckedTheFlasherFallsBackToItsOwnPhrases) {
-  Library("0Calm", {{"Calm", "1One"}});
-  run.cmdStart_Click();
-  EXPECT_EQ(Shown(3), (Phrases{"I love the subliminal program.", "I want to by the subliminal program",
-                               "I love the subliminal program."}));
-}
-
-TEST_F(RunControlTest, TrayStartResumesWithTheListOfTheLastStartButtonPress) {
+// Tray Stop sets the status, icon and marks, and the watchdog leaves the
+// display stopped; Tray Start resumes with the list of the last Start
+// button press, not what the files now hold.
+TEST_F(RunControlTest, TrayStopHoldsThroughTheWatchdogAndTrayStartResumesTheLastList) {
   Library("1Calm", {{"Calm", "1One\r\n1Two"}});
   run.cmdStart_Click();
   run.PauseForTrayMenu();
@@ -170,36 +164,30 @@ TEST_F(RunControlTest, TrayStartResumesWithTheListOfTheLastStartButtonPress) {
   EXPECT_EQ(host.trayIcon, StatusIcon::Stopped);
   EXPECT_FALSE(host.startChecked);
   EXPECT_TRUE(host.stopChecked);
+  for (int i = 0; i < 5; ++i) run.STimer1_Timer();
+  clock.Advance(10s);
+  EXPECT_FALSE(view.visible);
+  EXPECT_FALSE(view.labelVisible);
+
   Library("1Other", {{"Other", "1Elsewhere"}});
   run.mnuStart_Click();
   EXPECT_EQ(Shown(2), (Phrases{"Two", "One"}));
 }
 
-TEST_F(RunControlTest, TheWatchdogKeepsAStoppedDisplayStopped) {
-  Library("1Calm", {{"Calm", "1One"}});
-  run.cmdStart_Click();
-  run.PauseForTrayMenu();
-  run.mnuStop_Click();
-  for (int i = 0; i < 5; ++i) run.STimer1_Timer();
-  EXPECT_TRUE(flasher.bStopped);
-  EXPECT_FALSE(view.visible);
-  EXPECT_EQ(Shown(2), (Phrases{"<nothing>", "<nothing>"}));
-}
-
+// While the menu or the exit question it opened is up the watchdog waits;
+// once both are gone (the question answered No) the display resumes.
 TEST_F(RunControlTest, ADismissedTrayMenuResumesAtTheNextWatchdogTick) {
   Library("1Calm", {{"Calm", "1One\r\n1Two"}});
   run.cmdStart_Click();
   run.PauseForTrayMenu();
-  host.menuOpen = true;
-  run.STimer1_Timer();
-  EXPECT_TRUE(flasher.bStopped);
-  EXPECT_FALSE(view.visible);
-  host.menuOpen = false;  // Exit Application: the question is open
-  host.boxOpen = true;
-  run.STimer1_Timer();
-  EXPECT_TRUE(flasher.bStopped);
-  EXPECT_FALSE(view.visible);
-  host.boxOpen = false;  // answered No
+  for (auto [menu, box] : {std::pair{true, false}, std::pair{false, true}}) {
+    host.menuOpen = menu;
+    host.boxOpen = box;
+    run.STimer1_Timer();
+    EXPECT_TRUE(flasher.bStopped);
+    EXPECT_FALSE(view.visible);
+  }
+  host.boxOpen = false;
   run.STimer1_Timer();
   EXPECT_FALSE(flasher.bStopped);
   EXPECT_TRUE(view.visible);
@@ -236,10 +224,6 @@ TEST_F(RunControlTest, AFullScreenProgramPausesTheDisplayUntilItEndsButNotAStop)
   EXPECT_FALSE(view.visible);
   EXPECT_FALSE(view.labelVisible);
   user.foreground = {};
-  user.state = NotificationState::PresentationMode;
-  run.STimer1_Timer();
-  EXPECT_FALSE(view.visible);
-  user.state = NotificationState::AcceptsNotifications;
   run.STimer1_Timer();
   EXPECT_FALSE(flasher.bStopped);
   EXPECT_TRUE(view.visible);

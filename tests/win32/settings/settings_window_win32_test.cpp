@@ -1,21 +1,24 @@
 // The settings window on the screen: its controls where the layout puts
-// them at this screen's dots per inch, its pages shown and hidden by the tab
-// bar, the Help and About files read at each click, and the editing boxes
-// and lists wired to the library, all in a real window under the system's
-// own controls.
+// them at this screen's dots per inch and after a change of dpi, its pages
+// shown and hidden by the tab bar, the Help and About files read at each
+// click, the lists wired to the library and the timing wheels to the
+// flasher and the settings file, all in a real window under the system's
+// own controls. (Typing into the boxes and turning the wheels by the mouse
+// are used in the end-to-end tests.)
 #include "settings/settings_window_win32.h"
 
 #include <gtest/gtest.h>
 // After windows.h:
 #include <commctrl.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
-#include "../../support/test_helpers_win32.h"
 #include "../../support/fake_prompts.h"
 #include "../../support/settings_layout_check_win32.h"
 #include "../../support/temp_folder.h"
+#include "../../support/test_helpers_win32.h"
 #include "library/library_editing.h"
 #include "settings/settings_ids.h"
 
@@ -23,6 +26,7 @@ namespace qm::win32 {
 namespace {
 
 using test::ExpectSettingsLayout;
+using test::LayoutPixels;
 using test::Pump;
 using test::RectIn;
 using test::Text;
@@ -30,22 +34,25 @@ using test::Text;
 using test::FakePrompts;
 using test::TempFolder;
 
-// The screen's own answer, not the program's: pixels for twips at the
-// logical dots per inch of the screen.
-struct ScreenScale {
-  int dpiX = 96, dpiY = 96;
-  ScreenScale() {
-    const HDC dc = ::GetDC(nullptr);
-    dpiX = ::GetDeviceCaps(dc, LOGPIXELSX);
-    dpiY = ::GetDeviceCaps(dc, LOGPIXELSY);
-    ::ReleaseDC(nullptr, dc);
-  }
-  int X(int twips) const { return ::MulDiv(twips, dpiX, 1440); }
-  int Y(int twips) const { return ::MulDiv(twips, dpiY, 1440); }
-  RECT Rect(int left, int top, int width, int height) const {
-    return RECT{X(left), Y(top), X(left) + X(width), Y(top) + Y(height)};
-  }
-};
+// The height of the font a control was given, in pixels.
+int FontHeight(HWND control) {
+  const auto font = reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0));
+  LOGFONTW lf{};
+  if (!font || !::GetObjectW(font, sizeof lf, &lf)) return 0;
+  return static_cast<int>(lf.lfHeight < 0 ? -lf.lfHeight : lf.lfHeight);
+}
+
+// What Windows sends when the window crosses to a monitor of `to` dots
+// per inch: the new dpi both ways, and the window's rectangle scaled from
+// `from`, its top left corner kept.
+void SendDpiChanged(HWND form, int from, int to) {
+  RECT r{};
+  ::GetWindowRect(form, &r);
+  RECT suggested{r.left, r.top, r.left + ::MulDiv(r.right - r.left, to, from),
+                 r.top + ::MulDiv(r.bottom - r.top, to, from)};
+  ::SendMessageW(form, WM_DPICHANGED, MAKEWPARAM(to, to), reinterpret_cast<LPARAM>(&suggested));
+  Pump();
+}
 
 class SettingsWindowTest : public ::testing::Test {
  protected:
@@ -67,23 +74,19 @@ class SettingsWindowTest : public ::testing::Test {
   }
   bool Shown(int id) const { return ::IsWindowVisible(Control(id)) != FALSE; }
   void Click(int id) const { ::SendMessageW(Control(id), BM_CLICK, 0, 0); }
-  void Type(int id, std::wstring_view keys) const {
-    for (wchar_t c : keys) ::SendMessageW(Control(id), WM_CHAR, c, 1);
+  LRESULT Position(int id) const { return ::SendMessageW(Control(id), TBM_GETPOS, 0, 0); }
+  static int ScreenDpi() {
+    const HDC dc = ::GetDC(nullptr);
+    const int dpi = ::GetDeviceCaps(dc, LOGPIXELSY);
+    ::ReleaseDC(nullptr, dc);
+    return dpi;
   }
   std::vector<std::string> ListTexts(int id) const {
-    const HWND list = Control(id);
     std::vector<std::string> texts;
-    const int count = ListView_GetItemCount(list);
-    for (int i = 0; i < count; ++i) {
-      wchar_t text[256] = {};
-      LVITEMW item{};
-      item.iSubItem = 0;
-      item.pszText = text;
-      item.cchTextMax = 256;
-      ::SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
-      std::string s;
-      for (const wchar_t* p = text; *p; ++p) s += static_cast<char>(*p);
-      texts.push_back(s);
+    for (int i = 0; i < ListView_GetItemCount(Control(id)); ++i) {
+      char text[256] = {};
+      ListView_GetItemText(Control(id), i, 0, text, sizeof text);
+      texts.emplace_back(text);
     }
     return texts;
   }
@@ -98,7 +101,8 @@ class SettingsWindowTest : public ::testing::Test {
 
 TEST_F(SettingsWindowTest, ControlsStandWhereTheLayoutPutsThemAtThisScreensDpi) {
   Load();
-  const ScreenScale s;
+  const int dpi = ScreenDpi();
+  const auto px = [dpi](int twips) { return LayoutPixels(twips, dpi); };
   RECT client{};
   ::GetClientRect(form, &client);
   EXPECT_EQ(Text(form), "Quillmere - Settings");
@@ -110,7 +114,7 @@ TEST_F(SettingsWindowTest, ControlsStandWhereTheLayoutPutsThemAtThisScreensDpi) 
   EXPECT_NEAR((outer.left + outer.right) / 2, ::GetSystemMetrics(SM_CXSCREEN) / 2, 1);
   EXPECT_NEAR((outer.top + outer.bottom) / 2, ::GetSystemMetrics(SM_CYSCREEN) / 2, 1);
 
-  ExpectSettingsLayout(form, s.dpiY, 0);
+  ExpectSettingsLayout(form, dpi, 0);
   const RECT panelRect = RectIn(panel, form);
   // Only the top pixel row of Stop lies inside the window.
   EXPECT_EQ(client.bottom - RectIn(Control(kIdCmdStop), form).top, 1);
@@ -119,11 +123,11 @@ TEST_F(SettingsWindowTest, ControlsStandWhereTheLayoutPutsThemAtThisScreensDpi) 
   // The rich-text view: 180, 600, the window's outer width less 450, its
   // height up to the Start row at most.
   const RECT rtf = RectIn(Control(kIdRtfHelp), form);
-  EXPECT_EQ(rtf.left, s.X(180));
-  EXPECT_EQ(rtf.top, s.Y(600));
-  EXPECT_NEAR(rtf.right - rtf.left, (outer.right - outer.left) - s.X(450), 1);
-  const int formulaHeight = (outer.bottom - outer.top) - s.Y(1700);
-  EXPECT_LE(rtf.bottom, panelRect.top + s.Y(5160));
+  EXPECT_EQ(rtf.left, px(180));
+  EXPECT_EQ(rtf.top, px(600));
+  EXPECT_NEAR(rtf.right - rtf.left, (outer.right - outer.left) - px(450), 1);
+  const int formulaHeight = (outer.bottom - outer.top) - px(1700);
+  EXPECT_LE(rtf.bottom, panelRect.top + px(5160));
   EXPECT_LE(rtf.bottom - rtf.top, formulaHeight + 1);
 
   EXPECT_EQ(Text(Control(kIdLabel1)), "Select Your Categories");
@@ -147,61 +151,43 @@ TEST_F(SettingsWindowTest, LabelsAreWhiteBoldArialAndTheBackgroundIsTheBlue) {
   ::RedrawWindow(form, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN | RDW_ERASE);
   RECT label{};
   ::GetWindowRect(Control(kIdLabel1), &label);
+  const int white = test::CountScreenColour(label, RGB(255, 255, 255));
+  EXPECT_GT(white, 20);
+  EXPECT_GT(test::CountScreenColour(label, kSettingsBlue), white);
   const HDC screen = ::GetDC(nullptr);
-  int white = 0, blue = 0;
-  for (int y = label.top; y < label.bottom; ++y)
-    for (int x = label.left; x < label.right; ++x) {
-      const COLORREF c = ::GetPixel(screen, x, y);
-      white += c == RGB(255, 255, 255);
-      blue += c == kSettingsBlue;
-    }
   const COLORREF beside = ::GetPixel(screen, label.left + 2, label.bottom + 2);
   ::ReleaseDC(nullptr, screen);
-  EXPECT_GT(white, 20);
-  EXPECT_GT(blue, white);
   EXPECT_EQ(beside, kSettingsBlue);
 }
 
+// Help and About are read at every click: a changed file shows at the
+// next one, a missing one leaves the box as it was without a message.
 TEST_F(SettingsWindowTest, TabsShowTheirPagesAndReadTheirFilesAtEveryClick) {
   folder.Put("\\Help.rtf", "{\\rtf1\\ansi Help text one\\par}");
   folder.Put("\\About.rtf", "{\\rtf1\\ansi About text\\par}");
   Load();
-  const std::vector<int> messagesPage{kIdLabel1,   kIdLabel2,    kIdLstMessageCategories, kIdLstPhrases,
-                                      kIdTxtEditWord, kIdTxtEditCat, kIdCmdAdd,            kIdCmdEdit,
-                                      kIdCmdDelete, kIdCmdAddCat, kIdCmdEditCat,           kIdCmdDeleteCat,
-                                      kIdFraTimesAndDuration,     kIdFraFont};
   EXPECT_EQ(window->TabMenu().Model().SelectedItem(), "Messages");
-  for (int id : messagesPage) EXPECT_TRUE(Shown(id)) << id;
   EXPECT_FALSE(Shown(kIdRtfHelp));
-  EXPECT_FALSE(Shown(kIdLblVersion));
-
   window->TabMenu().Model().SetTabFocus(2);
   EXPECT_TRUE(Shown(kIdRtfHelp));
-  EXPECT_TRUE(Shown(kIdLblVersion));
-  for (int id : messagesPage) EXPECT_FALSE(Shown(id)) << id;
-  for (int id : {kIdCmdStart, kIdCmdClose, kIdTabMenu}) EXPECT_TRUE(Shown(id)) << id;
+  EXPECT_FALSE(Shown(kIdLstPhrases));
+  EXPECT_TRUE(Shown(kIdCmdStart));
   EXPECT_NE(Text(Control(kIdRtfHelp)).find("Help text one"), std::string::npos);
-
   window->TabMenu().Model().SetTabFocus(3);
   EXPECT_NE(Text(Control(kIdRtfHelp)).find("About text"), std::string::npos);
-  EXPECT_TRUE(Shown(kIdLblVersion));
 
-  // A changed file shows at the next click; a missing one leaves the box as
-  // it was, without a message.
   folder.Put("\\Help.rtf", "{\\rtf1\\ansi Help text two\\par}");
   window->TabMenu().Model().SetTabFocus(2);
   EXPECT_NE(Text(Control(kIdRtfHelp)).find("Help text two"), std::string::npos);
   std::filesystem::remove(folder.Native("\\About.rtf"));
   const std::size_t before = prompts.shown.size();
   window->TabMenu().Model().SetTabFocus(3);
-  EXPECT_TRUE(Shown(kIdRtfHelp));
   EXPECT_NE(Text(Control(kIdRtfHelp)).find("Help text two"), std::string::npos);
   EXPECT_EQ(prompts.shown.size(), before);
 
   window->TabMenu().Model().SetTabFocus(1);
-  for (int id : messagesPage) EXPECT_TRUE(Shown(id)) << id;
+  EXPECT_TRUE(Shown(kIdLstPhrases));
   EXPECT_FALSE(Shown(kIdRtfHelp));
-  EXPECT_FALSE(Shown(kIdLblVersion));
 }
 
 TEST_F(SettingsWindowTest, BothListsShowTheMarksOfTheirFiles) {
@@ -219,28 +205,25 @@ TEST_F(SettingsWindowTest, BothListsShowTheMarksOfTheirFiles) {
   EXPECT_EQ(checks(kIdLstPhrases), (std::vector<bool>{true, false, true}));
 }
 
-TEST_F(SettingsWindowTest, TypedKeysAndButtonsEditTheLibraryThroughTheBoxesAndLists) {
+// A click on a category's check box saves its mark; highlighting a
+// category loads its phrases; Edit puts the highlighted phrase into its
+// box and Add replaces it.
+TEST_F(SettingsWindowTest, TheListsSaveMarksLoadPhrasesAndTheButtonsEditThem) {
   folder.Put("\\Lists\\calm.lst", "1Breathe");
   folder.Put("\\Lists\\still.lst", "1Rest");
   folder.Put("\\_._", "0calm\r\n0still");
   Load();
   EXPECT_EQ(ListTexts(kIdLstMessageCategories), (std::vector<std::string>{"calm", "still"}));
   EXPECT_EQ(ListTexts(kIdLstPhrases), (std::vector<std::string>{"Breathe"}));
-
-  // A click on a check box saves the mark.
   ListView_SetCheckState(Control(kIdLstMessageCategories), 0, TRUE);
   EXPECT_EQ(folder.Get("\\_._"), "1calm\r\n0still");
-
-  // Highlighting a category in the list loads its phrases.
-  ListView_SetItemState(Control(kIdLstMessageCategories), 1, LVIS_SELECTED | LVIS_FOCUSED,
+  for (auto [row, phrase] : {std::pair{1, "Rest"}, std::pair{0, "Breathe"}}) {
+    ListView_SetItemState(Control(kIdLstMessageCategories), row, LVIS_SELECTED | LVIS_FOCUSED,
+                          LVIS_SELECTED | LVIS_FOCUSED);
+    EXPECT_EQ(ListTexts(kIdLstPhrases), std::vector<std::string>{phrase});
+  }
+  ListView_SetItemState(Control(kIdLstPhrases), 0, LVIS_SELECTED | LVIS_FOCUSED,
                         LVIS_SELECTED | LVIS_FOCUSED);
-  EXPECT_EQ(ListTexts(kIdLstPhrases), (std::vector<std::string>{"Rest"}));
-  ListView_SetItemState(Control(kIdLstMessageCategories), 0, LVIS_SELECTED | LVIS_FOCUSED,
-                        LVIS_SELECTED | LVIS_FOCUSED);
-  EXPECT_EQ(ListTexts(kIdLstPhrases), (std::vector<std::string>{"Breathe"}));
-
-  // Edit puts the phrase into its box; Add replaces it.
-  ListView_SetItemState(Control(kIdLstPhrases), 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   Click(kIdCmdEdit);
   EXPECT_EQ(Text(Control(kIdTxtEditWord)), "Breathe");
   ::SetWindowTextW(Control(kIdTxtEditWord), L"Breathe out");
@@ -256,6 +239,90 @@ TEST_F(SettingsWindowTest, ANameOutsideWindows1252IsRefusedWithAMessageAndCreate
   ASSERT_EQ(prompts.shown.size(), before + 1);
   EXPECT_EQ(prompts.shown.back().text, CategoryNameNotInCodePage());
   EXPECT_TRUE(ListTexts(kIdLstMessageCategories).empty());
+}
+
+// The timing wheels are the system's trackbars with their ends written
+// beside them and their captions just before them (where a screen reader
+// looks for a control's name); a key turns a wheel and the turn reaches
+// the caption, the flasher and the file; a value the program sets shows.
+TEST_F(SettingsWindowTest, TheWheelsAreTrackbarsWhoseTurnsReachTheFlasherAndTheFile) {
+  folder.Put("\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3");
+  Load();
+  char cls[64] = {};
+  ::GetClassNameA(Control(kIdBvlWheel1), cls, sizeof cls);
+  EXPECT_STREQ(cls, "msctls_trackbar32");
+  EXPECT_EQ(::SendMessageW(Control(kIdBvlWheel1), TBM_GETRANGEMAX, 0, 0), 1000);
+  EXPECT_EQ(::SendMessageW(Control(kIdBvlWheel2), TBM_GETRANGEMIN, 0, 0), 1);
+  EXPECT_EQ(::SendMessageW(Control(kIdBvlWheel2), TBM_GETRANGEMAX, 0, 0), 30);
+  EXPECT_EQ(Text(Control(kIdWheel1Max)), "1000");
+  EXPECT_EQ(Text(Control(kIdWheel2Max)), "30");
+  EXPECT_EQ(::GetWindow(Control(kIdBvlWheel1), GW_HWNDPREV), Control(kIdLblDuration));
+  EXPECT_EQ(::GetWindow(Control(kIdBvlWheel2), GW_HWNDPREV), Control(kIdLblFrequency));
+  // Each wheel lies inside the frame, below its caption's top.
+  const RECT frame = RectIn(Control(kIdFraTimesAndDuration), form);
+  for (auto [w, c] : {std::pair{kIdBvlWheel1, kIdLblDuration}, std::pair{kIdBvlWheel2, kIdLblFrequency}}) {
+    const RECT wheel = RectIn(Control(w), form);
+    RECT both{};
+    EXPECT_TRUE(::IntersectRect(&both, &frame, &wheel) && ::EqualRect(&both, &wheel)) << w;
+    EXPECT_GT(wheel.top, RectIn(Control(c), form).top) << w;
+  }
+  EXPECT_EQ(Position(kIdBvlWheel1), 50);
+  EXPECT_EQ(Position(kIdBvlWheel2), 3);
+
+  // Page Down moves 50 milliseconds.
+  ::SendMessageW(Control(kIdBvlWheel1), WM_KEYDOWN, VK_NEXT, 1);
+  ::SendMessageW(Control(kIdBvlWheel1), WM_KEYUP, VK_NEXT, 0xC0000001);
+  Pump();
+  EXPECT_EQ(Position(kIdBvlWheel1), 100);
+  EXPECT_EQ(Text(Control(kIdLblDuration)), "Duration: 100 Millisecond(s)");
+  EXPECT_EQ(window->Flasher().TimerDisplayLength().Interval(), std::chrono::milliseconds(100));
+  EXPECT_EQ(folder.Get("\\__.__"), "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n100\r\n3");
+
+  window->Timing().bvlWHEEL2.SetValue(17);
+  EXPECT_EQ(Position(kIdBvlWheel2), 17);
+  EXPECT_EQ(Text(Control(kIdLblFrequency)), "Frequency: 17 Second(s)");
+}
+
+// The window told that it moved to a monitor of another scaling
+// (WM_DPICHANGED, as Windows sends it): it goes where it is told, every
+// control stands where the layout puts it at the new dpi, and the fonts
+// are made anew for it, at 150 % and 200 %; back at the first dpi
+// everything is as it was.
+using SettingsWindowDpi = SettingsWindowTest;
+
+TEST_F(SettingsWindowDpi, TheLayoutAndTheFontsFollowTheWindowToAnotherScalingAndBack) {
+  Load();
+  const int first = ScreenDpi();
+  const int other = first == 144 ? 96 : 144;
+  const HWND label = Control(kIdLabel1);
+  const HWND list = Control(kIdLstMessageCategories);
+  const HWND box = Control(kIdTxtEditCat);
+  const int labelFont = FontHeight(label), listFont = FontHeight(list), boxFont = FontHeight(box);
+  RECT before{};
+  ::GetWindowRect(form, &before);
+
+  // 150 % and 200 % (or 100 % from a screen at 150 %).
+  int now = first;
+  for (const int dpi : {other, 192}) {
+    SendDpiChanged(form, now, dpi);
+    now = dpi;
+    ExpectSettingsLayout(form, dpi, 1);
+    RECT moved{};
+    ::GetWindowRect(form, &moved);
+    EXPECT_EQ(moved.left, before.left);
+    EXPECT_EQ(moved.top, before.top);
+    // Arial 9.75 pt bold and regular, and the interface font, at the new
+    // dpi.
+    EXPECT_EQ(FontHeight(label), ::MulDiv(975, dpi, 7200)) << dpi;
+    EXPECT_EQ(FontHeight(list), ::MulDiv(975, dpi, 7200)) << dpi;
+    EXPECT_NEAR(FontHeight(box), ::MulDiv(boxFont, dpi, first), 1) << dpi;
+  }
+
+  SendDpiChanged(form, now, first);
+  ExpectSettingsLayout(form, first, 0);
+  EXPECT_EQ(FontHeight(label), labelFont);
+  EXPECT_EQ(FontHeight(list), listFont);
+  EXPECT_EQ(FontHeight(box), boxFont);
 }
 
 }  // namespace

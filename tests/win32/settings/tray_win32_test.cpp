@@ -44,9 +44,6 @@ class Owner final : public Window, public TrayForm {
   Owner() {
     CreateArgs a;
     a.className = "QuillmereTrayTestOwner";
-    a.title = "Tray owner";
-    a.width = 300;
-    a.height = 200;
     Create(a);
   }
   HWND Hwnd() const override { return Window::Hwnd(); }
@@ -95,9 +92,7 @@ TEST_F(TrayWin32Test, AddsChangesRestoresAndDeletesTheIconWithTheRightRecords) {
   clsTray tray(&RecordNotify);
   const HICON running = owner.icon;
   const HICON stopped = LoadTrayIcon(IDI_TRAY_STOPPED);
-  ASSERT_NE(running, nullptr);
-  ASSERT_NE(stopped, nullptr);
-  ASSERT_NE(running, stopped);
+  ASSERT_TRUE(running && stopped && running != stopped);
 
   gAnswer = FALSE;  // the notification area is not there yet
   EXPECT_FALSE(tray.ShowIcon(owner, ""));
