@@ -10,11 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "../../support/fake_prompts.h"
-#include "../../support/temp_folder.h"
-#include "../../support/watched_files.h"
-#include "library/library_editing.h"
-#include "library/settings_store.h"
+#include "../../support/library_world.h"
 
 namespace qm {
 namespace {
@@ -29,16 +25,7 @@ const Contents kBefore = {
     {"\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3"},
 };
 
-struct World {
-  test::TempFolder dir;
-  test::CountingEventPump pump;
-  test::FakePrompts prompts;
-  test::WatchedFiles files{&pump};
-  CheckedList categories, phrases;
-  MessageLibrary library{dir.Path(), files, prompts, pump, categories, phrases};
-  LibraryEditing editing{library, categories, phrases, files, prompts, pump};
-  SettingsStore settings{files, dir.Path()};
-};
+using World = test::LibraryWorld;
 
 struct Command {
   const char* name;
@@ -121,13 +108,7 @@ TEST_P(FileFaults, LeaveEveryFileOldOrNewAndAreTold) {
   const std::string fault = kFaults[std::get<1>(GetParam())];
   World w;
   for (const auto& [path, bytes] : kBefore) w.dir.Put(path, *bytes);
-  w.library.StartUp();
-  w.settings.ReadSettings();
-  w.settings.Tell = [&](const std::string& text) {
-    w.prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok);
-  };
-  w.prompts.shown.clear();
-
+  w.Start();
   w.files.failing = {fault};
   // A failed replace whose temporary file cannot be deleted either.
   if (fault == "replace") w.files.failing.insert("delete");
@@ -153,9 +134,7 @@ TEST_P(FileFaults, LeaveEveryFileOldOrNewAndAreTold) {
     // The checked categories' file gives up silently: its old marks stay.
     if (now != wanted && path != command.quiet && path != "\\_._") unsaved = true;
   }
-  int told = 0;
-  for (const test::ShownPrompt& shown : w.prompts.shown) told += shown.icon == PromptIcon::Critical;
-  EXPECT_EQ(told, unsaved ? 1 : 0) << (w.prompts.shown.empty() ? "" : w.prompts.shown.back().text);
+  EXPECT_EQ(w.StopBoxes(), unsaved ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryCommandAndStep, FileFaults,

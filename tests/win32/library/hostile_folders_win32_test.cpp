@@ -11,11 +11,8 @@
 #include <functional>
 #include <string>
 
-#include "../../support/fake_prompts.h"
 #include "../../support/file_holder_win32.h"
-#include "../../support/temp_folder.h"
-#include "library/library_editing.h"
-#include "library/settings_store.h"
+#include "../../support/library_world.h"
 #include "platform/wide_text_win32.h"
 
 namespace qm {
@@ -23,31 +20,7 @@ namespace {
 
 using test::TempFolder;
 
-// What the settings window holds of the library and the settings.
-struct Program {
-  explicit Program(std::string programFolder) : folder(std::move(programFolder)) {
-    library.StartUp();
-    settings.ReadSettings();
-    settings.Tell = [this](const std::string& text) {
-      prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok);
-    };
-  }
-  // The stop boxes shown since the last call.
-  int StopBoxes() {
-    int count = 0;
-    for (const auto& shown : prompts.shown) count += shown.icon == PromptIcon::Critical;
-    prompts.shown.clear();
-    return count;
-  }
-
-  std::string folder;
-  test::FakePrompts prompts;
-  test::CountingEventPump pump;
-  CheckedList categories, phrases;
-  MessageLibrary library{folder, SystemFileSystem(), prompts, pump, categories, phrases};
-  LibraryEditing editing{library, categories, phrases, SystemFileSystem(), prompts, pump};
-  SettingsStore settings{SystemFileSystem(), folder};
-};
+using Program = test::LibraryWorld;
 
 struct Change {
   const char* file;
@@ -85,9 +58,10 @@ void PutLibrary(const TempFolder& dir) {
 }
 
 TEST(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
-  TempFolder dir;
+  Program program("", &SystemFileSystem());
+  const TempFolder& dir = program.dir;
   PutLibrary(dir);
-  Program program(dir.Path());
+  program.Start();
   for (const Change& change : kChanges) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
@@ -100,9 +74,10 @@ TEST(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
 }
 
 TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
-  TempFolder dir;
+  Program program("", &SystemFileSystem());
+  const TempFolder& dir = program.dir;
   PutLibrary(dir);
-  Program program(dir.Path());
+  program.Start();
   for (const Change& change : kChanges) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
@@ -173,7 +148,8 @@ TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
   PutLong(folder + "\\_._", "1Calm");
   {
     // Given with a "." part, which the long form does not resolve itself.
-    Program program(outer + "\\.\\" + std::string(120, 'b'));
+    Program program(outer + "\\.\\" + std::string(120, 'b'), &SystemFileSystem());
+    program.Start();
     ASSERT_GT(program.library.CategoryPath("Calm").size(), std::size_t{MAX_PATH});
     ASSERT_EQ(program.categories.ListCount(), 1);
     EXPECT_TRUE(program.categories.Items()[0].checked);
