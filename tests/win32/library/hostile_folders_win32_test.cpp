@@ -8,6 +8,8 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 
@@ -101,41 +103,15 @@ TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
 
 // Setting up and checking a long path goes around the code under test, in
 // the long form.
-std::wstring Long(const std::string& path) {
+std::filesystem::path Long(const std::string& path) {
   return L"\\\\?\\" + *win32::WidenStrict(path);
 }
 void PutLong(const std::string& path, std::string_view bytes) {
-  const HANDLE file = ::CreateFileW(Long(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD wrote = 0;
-  ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &wrote, nullptr);
-  ::CloseHandle(file);
+  std::ofstream(Long(path), std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 std::string GetLong(const std::string& path) {
-  const HANDLE file =
-      ::CreateFileW(Long(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "(no file)";
-  std::string bytes(4096, '\0');
-  DWORD got = 0;
-  ::ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
-  ::CloseHandle(file);
-  bytes.resize(got);
-  return bytes;
-}
-void RemoveTree(const std::wstring& longPath) {
-  WIN32_FIND_DATAW data;
-  const HANDLE find = ::FindFirstFileW((longPath + L"\\*").c_str(), &data);
-  if (find != INVALID_HANDLE_VALUE) {
-    do {
-      const std::wstring name = data.cFileName;
-      if (name == L"." || name == L"..") continue;
-      if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-        RemoveTree(longPath + L"\\" + name);
-      else
-        ::DeleteFileW((longPath + L"\\" + name).c_str());
-    } while (::FindNextFileW(find, &data));
-    ::FindClose(find);
-  }
-  ::RemoveDirectoryW(longPath.c_str());
+  std::ifstream file(Long(path), std::ios::binary);
+  return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(no file)";
 }
 
 TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
@@ -143,7 +119,7 @@ TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
   const std::string outer = dir.Path() + "\\" + std::string(120, 'a');
   const std::string folder = outer + "\\" + std::string(120, 'b');
   for (const std::string& part : {outer, folder, folder + "\\Lists"})
-    ASSERT_TRUE(::CreateDirectoryW(Long(part).c_str(), nullptr));
+    ASSERT_TRUE(std::filesystem::create_directory(Long(part)));
   PutLong(folder + "\\Lists\\Calm.lst", "1A");
   PutLong(folder + "\\_._", "1Calm");
   {
@@ -166,7 +142,8 @@ TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
   EXPECT_EQ(GetLong(folder + "\\Lists\\Sleep.lst"), "");
   EXPECT_EQ(GetLong(folder + "\\_._"), "1Calm\r\n0Sleep");
   EXPECT_EQ(GetLong(folder + "\\__.__"), "\r\n\r\n\r\n\r\n\r\n\r\n7");
-  RemoveTree(Long(outer));
+  // Moved to a short path, the folder goes with the temporary one.
+  std::filesystem::rename(Long(outer), Long(dir.Path() + "\\a"));
 }
 
 }  // namespace
