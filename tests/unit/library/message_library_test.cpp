@@ -29,23 +29,6 @@ class MessageLibraryTest : public ::testing::Test, public test::LibraryWorld {
   void MakeHuge(std::string_view relative) { sfs::resize_file(dir.Native(relative), kMaxReadBytes + 1); }
 };
 
-TEST_F(MessageLibraryTest, AddUniqueItemAndSetItemCheckedIgnoreCase) {
-  categories.Assign({{"Calm"}, {"\xC9T\xC9"}});
-  EXPECT_TRUE(AddUniqueItem(categories, "\xE9t\xE9", "dup", prompts));
-  EXPECT_EQ(categories.ListIndex(), 1);
-  ASSERT_EQ(prompts.shown.size(), 1u);
-  EXPECT_EQ(prompts.shown[0].text, "dup");
-  EXPECT_EQ(prompts.shown[0].icon, PromptIcon::Exclamation);
-
-  EXPECT_FALSE(AddUniqueItem(categories, "Relax", "dup", prompts));
-  EXPECT_EQ(categories.ListIndex(), 1);  // its sorted place
-  EXPECT_EQ(prompts.shown.size(), 1u);
-  SetItemChecked(categories, "\xE9t\xE9", true);
-  SetItemChecked(categories, "relax", true);
-  SetItemChecked(categories, "Nowhere", true);
-  EXPECT_EQ(Texts(categories), "-Calm +Relax +\xC9T\xC9 ");
-}
-
 TEST_F(MessageLibraryTest, StartUpListsMarksAndLoadsWritingNothing) {
   dir.Put("\\Lists\\Sleep.lst", "1A\r\n0B");
   dir.Put("\\Lists\\calm.lst", kBom + "0Zeta\n1alpha\n");
