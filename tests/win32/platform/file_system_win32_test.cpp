@@ -51,30 +51,23 @@ TEST_F(FileSystemTest, RemovesItsOwnLeftoversAndNothingElse) {
   test::CheckRemovesOnlyItsOwnLeftovers(fs, dir, AnotherRunningProcess());
 }
 
-TEST_F(FileSystemTest, HiddenAndSystemFilesAreOccupiedButDoNotExist) {
-  dir.Put("\\Lists\\Calm.lst", "1A");
-  for (const DWORD mark : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM}}) {
-    dir.Put("\\Lists\\Marked.lst", "1A");
-    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\Lists\\Marked.lst").c_str(), mark));
-    EXPECT_FALSE(fs.Exists(dir("\\Lists\\marked.lst"))) << mark;
-    EXPECT_TRUE(fs.Occupied(dir("\\Lists\\marked.lst"))) << mark;
-    ::SetFileAttributesW(dir.Native("\\Lists\\Marked.lst").c_str(), FILE_ATTRIBUTE_NORMAL);
-  }
-}
-
 DWORD AttributesOf(const sfs::path& p) {
   return ::GetFileAttributesW(p.c_str());
 }
 
-TEST_F(FileSystemTest, AHiddenOrSystemFileKeepsItsMarksWhenReplaced) {
+// Hidden and system files are occupied names but not files the library may
+// use; replaced, they keep their marks.
+TEST_F(FileSystemTest, HiddenAndSystemFilesAreOccupiedAndKeepTheirMarksWhenReplaced) {
   for (const DWORD marks : {DWORD{FILE_ATTRIBUTE_HIDDEN}, DWORD{FILE_ATTRIBUTE_SYSTEM},
                             DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM}}) {
-    dir.Put("\\__.__", "old");
-    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\__.__").c_str(), marks));
-    ASSERT_TRUE(fs.WriteAll(dir("\\__.__"), "new")) << marks;
-    EXPECT_EQ(dir.Get("\\__.__"), "new");
-    EXPECT_EQ(AttributesOf(dir.Native("\\__.__")) & marks, marks) << marks;
-    ::SetFileAttributesW(dir.Native("\\__.__").c_str(), FILE_ATTRIBUTE_NORMAL);
+    dir.Put("\\Marked.lst", "old");
+    ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\Marked.lst").c_str(), marks));
+    EXPECT_FALSE(fs.Exists(dir("\\marked.lst"))) << marks;
+    EXPECT_TRUE(fs.Occupied(dir("\\marked.lst"))) << marks;
+    ASSERT_TRUE(fs.WriteAll(dir("\\Marked.lst"), "new")) << marks;
+    EXPECT_EQ(dir.Get("\\Marked.lst"), "new");
+    EXPECT_EQ(AttributesOf(dir.Native("\\Marked.lst")) & marks, marks) << marks;
+    ::SetFileAttributesW(dir.Native("\\Marked.lst").c_str(), FILE_ATTRIBUTE_NORMAL);
   }
   // A new file is an ordinary one.
   ASSERT_TRUE(fs.WriteAll(dir("\\new.lst"), "1A"));
