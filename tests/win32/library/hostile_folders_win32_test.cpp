@@ -18,8 +18,6 @@
 namespace qm {
 namespace {
 
-using test::TempFolder;
-
 using Program = test::LibraryWorld;
 
 struct Change {
@@ -50,46 +48,43 @@ const Change kChanges[] = {
      }},
 };
 
-void PutLibrary(const TempFolder& dir) {
-  dir.Put("\\Lists\\Calm.lst", "1A");
-  dir.Put("\\Lists\\Sleep.lst", "1Z");
-  dir.Put("\\_._", "1Calm\r\n0Sleep");
-  dir.Put("\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3");
-}
+// A library and settings in a fresh folder, read as the program starts.
+class HostileFolders : public ::testing::Test, public test::LibraryWorld {
+ protected:
+  HostileFolders() : LibraryWorld("", &SystemFileSystem()) {
+    dir.Put("\\Lists\\Calm.lst", "1A");
+    dir.Put("\\Lists\\Sleep.lst", "1Z");
+    dir.Put("\\_._", "1Calm\r\n0Sleep");
+    dir.Put("\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3");
+    Start();
+  }
+};
 
-TEST(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
-  Program program("", &SystemFileSystem());
-  const TempFolder& dir = program.dir;
-  PutLibrary(dir);
-  program.Start();
+TEST_F(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
   for (const Change& change : kChanges) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
     ASSERT_TRUE(::SetFileAttributesW(dir.Native(change.file).c_str(), FILE_ATTRIBUTE_READONLY));
-    change.make(program);
-    EXPECT_EQ(program.StopBoxes(), change.boxesWhenRefused);
+    change.make(*this);
+    EXPECT_EQ(StopBoxes(), change.boxesWhenRefused);
     EXPECT_EQ(dir.Get(change.file), before);
     ::SetFileAttributesW(dir.Native(change.file).c_str(), FILE_ATTRIBUTE_NORMAL);
   }
 }
 
-TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
-  Program program("", &SystemFileSystem());
-  const TempFolder& dir = program.dir;
-  PutLibrary(dir);
-  program.Start();
+TEST_F(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
   for (const Change& change : kChanges) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
     // Held well beyond the wait: the change must give up before it ends.
     test::FileHolder holder(QM_HOLD_FILE_EXE, dir.Native(change.file).wstring(), 6000);
     ASSERT_TRUE(holder.Held());
-    change.make(program);
-    EXPECT_EQ(program.StopBoxes(), change.boxesWhenRefused);
+    change.make(*this);
+    EXPECT_EQ(StopBoxes(), change.boxesWhenRefused);
     holder.Release();
     EXPECT_EQ(dir.Get(change.file), before);
-    change.make(program);
-    EXPECT_EQ(program.StopBoxes(), 0);
+    change.make(*this);
+    EXPECT_EQ(StopBoxes(), 0);
     EXPECT_NE(dir.Get(change.file), before);
   }
 }
@@ -107,14 +102,15 @@ std::string GetLong(const std::string& path) {
   return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(no file)";
 }
 
-TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
-  TempFolder dir;
+// Inside the fixture's folder, another program folder whose paths are longer
+// than MAX_PATH.
+TEST_F(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
   const std::string outer = dir.Path() + "\\" + std::string(120, 'a');
-  const std::string folder = outer + "\\" + std::string(120, 'b');
-  for (const std::string& part : {outer, folder, folder + "\\Lists"})
+  const std::string longFolder = outer + "\\" + std::string(120, 'b');
+  for (const std::string& part : {outer, longFolder, longFolder + "\\Lists"})
     ASSERT_TRUE(std::filesystem::create_directory(Long(part)));
-  PutLong(folder + "\\Lists\\Calm.lst", "1A");
-  PutLong(folder + "\\_._", "1Calm");
+  PutLong(longFolder + "\\Lists\\Calm.lst", "1A");
+  PutLong(longFolder + "\\_._", "1Calm");
   {
     // Given with a "." part, which the long form does not resolve itself.
     Program program(outer + "\\.\\" + std::string(120, 'b'), &SystemFileSystem());
@@ -131,11 +127,11 @@ TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
     program.settings.SaveSettings();
     EXPECT_EQ(program.StopBoxes(), 0);
   }
-  EXPECT_EQ(GetLong(folder + "\\Lists\\Calm.lst"), "1A\r\n1B");
-  EXPECT_EQ(GetLong(folder + "\\Lists\\Sleep.lst"), "");
-  EXPECT_EQ(GetLong(folder + "\\_._"), "1Calm\r\n0Sleep");
-  EXPECT_EQ(GetLong(folder + "\\__.__"), "\r\n\r\n\r\n\r\n\r\n\r\n7");
-  // Moved to a short path, the folder goes with the temporary one.
+  EXPECT_EQ(GetLong(longFolder + "\\Lists\\Calm.lst"), "1A\r\n1B");
+  EXPECT_EQ(GetLong(longFolder + "\\Lists\\Sleep.lst"), "");
+  EXPECT_EQ(GetLong(longFolder + "\\_._"), "1Calm\r\n0Sleep");
+  EXPECT_EQ(GetLong(longFolder + "\\__.__"), "\r\n\r\n\r\n\r\n\r\n\r\n7");
+  // Moved to a short path, the longFolder goes with the temporary one.
   std::filesystem::rename(Long(outer), Long(dir.Path() + "\\a"));
 }
 
