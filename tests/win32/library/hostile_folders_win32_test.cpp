@@ -89,6 +89,14 @@ TEST_F(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
   }
 }
 
+// A hidden file is kept, not replaced by a new category's empty file.
+TEST_F(HostileFolders, ANewCategoryNeverReplacesAHiddenFileOfItsName) {
+  dir.Put("\\Lists\\Hidden.lst", "1Secret");
+  ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\Lists\\Hidden.lst").c_str(), FILE_ATTRIBUTE_HIDDEN));
+  EXPECT_FALSE(library.CreateCategoryFile("HIDDEN"));
+  EXPECT_EQ(dir.Get("\\Lists\\Hidden.lst"), "1Secret");
+}
+
 // Setting up and checking a long path goes around the code under test, in
 // the long form.
 std::filesystem::path Long(const std::string& path) {
