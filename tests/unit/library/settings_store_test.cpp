@@ -47,8 +47,7 @@ TEST_F(SettingsStoreTest, APendingDataFileReplacesTheDataFileAtomicallyOrNotAtAl
     const char* data;
     bool pendingKept;
   };
-  for (const Case c :
-       {Case{"", "new", false}, Case{"copy", "old", true}, Case{"remove DATA01", "new", true}}) {
+  for (const Case c : {Case{"", "new", false}, Case{"copy", "old", true}, Case{"remove DATA01", "new", true}}) {
     SCOPED_TRACE(c.failing);
     dir.Put("\\DATA", "old");
     dir.Put("\\DATA01", "new");
@@ -98,9 +97,7 @@ TEST_F(SettingsStoreTest, ASettingsFileThatCouldNotBeReadIsNeverReplacedAndTheUs
   EXPECT_EQ(fresh.ReadSettings(), ReadOutcome::Missing);
   fresh.Record().frequency = 5;
   EXPECT_EQ(fresh.SaveSettings(), SaveOutcome::Saved);
-  dir.Put("\\__.__",
-          "\xEF\xBB\xBF"
-          "Courier New\n8\nFalse\nTrue\n65280\n40\n4\n");
+  dir.Put("\\__.__", "\xEF\xBB\xBF" "Courier New\n8\nFalse\nTrue\n65280\n40\n4\n");
   EXPECT_EQ(fresh.ReadSettings(), ReadOutcome::Loaded);
   EXPECT_EQ(fresh.Record(), (Settings{"Courier New", 8, false, true, 65280, 40, 4}));
 }
