@@ -4,19 +4,17 @@
 // Windows file names are refused before anything is created.
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "../../support/fake_prompts.h"
-#include "../../support/temp_folder.h"
-#include "library/library_editing.h"
-#include "library/message_library.h"
-#include "library/settings_store.h"
+#include "../../support/library_world.h"
 
 namespace qm {
 namespace {
+
+using test::Texts;
 
 std::string Junk(std::size_t size, unsigned draw) {
   std::mt19937 random(draw);
@@ -29,16 +27,11 @@ struct BadFile {
   const char* name;
   std::string relative;  // under the program folder
   std::string bytes;
-  // What the lists show afterwards, when the case says: categories, then
-  // the first category's phrases, as "+text" / "-text" separated by "|".
-  std::function<void(const CheckedList& categories, const CheckedList& phrases)> check;
+  // What the first category's phrases and the categories show afterwards,
+  // as "+text" / "-text" each followed by "|"; junk leaves its phrases out.
+  std::optional<std::string> phrases = "+Breathe|";
+  std::string categories = "-Calm|";
 };
-
-std::string Texts(const CheckedList& list) {
-  std::string texts;
-  for (const auto& item : list.Items()) texts += (item.checked ? "+" : "-") + item.text + "|";
-  return texts;
-}
 
 // One marked line of `size` letters, then a short one.
 std::string LongLine(std::size_t size) {
@@ -49,41 +42,33 @@ std::string LongLine(std::size_t size) {
 }
 
 std::vector<BadFile> BadFiles() {
-  const auto phrases = [](std::string expected) {
-    return [expected](const CheckedList&, const CheckedList& p) { EXPECT_EQ(Texts(p), expected); };
-  };
-  const auto categories = [](std::string expected) {
-    return [expected](const CheckedList& c, const CheckedList&) { EXPECT_EQ(Texts(c), expected); };
-  };
-  const auto phraseCount = [](int count) {
-    return [count](const CheckedList&, const CheckedList& p) { EXPECT_EQ(p.ListCount(), count); };
-  };
+  const std::string calm = "\\Lists\\Calm.lst";
   return {
-      {"BinaryJunk", "\\Lists\\Calm.lst", Junk(4096, 1), nullptr},
-      {"NulBytesInLines", "\\Lists\\Calm.lst", std::string("1a\0b\r\n0\0", 8), phrases(std::string("-\0|+a\0b|", 8))},
-      {"TenMegabyteCategory", "\\Lists\\Calm.lst", std::string(10u << 20, 'x'), phraseCount(1)},
-      {"OneMegabyteLine", "\\Lists\\Calm.lst", LongLine(1u << 20), phraseCount(2)},
-      {"LinesWithoutMarks", "\\Lists\\Calm.lst", "Breathe\r\nRest", phrases("-Breathe|-Rest|")},
-      {"OnlyLineBreaks", "\\Lists\\Calm.lst", "\r\n\r\n\n\n", phrases("-|-|-|-|")},
-      {"LoneCarriageReturns", "\\Lists\\Calm.lst", "1a\rb\r", phrases("+a\rb\r|")},
-      {"MarksOtherThanDigits", "\\Lists\\Calm.lst", "xA\r\n9B\r\n1C", phrases("-B|+C|-xA|")},
-      {"ByteOrderMarkOnly", "\\Lists\\Calm.lst", "\xEF\xBB\xBF", phraseCount(0)},
-      {"HugeCategoryBeyondTheLimit", "\\Lists\\Calm.lst", std::string(kMaxReadBytes + 1, 'z'), phraseCount(0)},
-      {"EmptyStateFile", "\\_._", "", categories("-Calm|")},
-      {"StateFileNamingMissingCategories", "\\_._", "1Ghost\r\n1Other\r\n0", categories("-Calm|")},
-      {"StateFileOfJunk", "\\_._", Junk(2048, 2), nullptr},
-      {"StateFileLeavingTheFolder", "\\_._", "1..\\Calm\r\n1..\\..\\x\r\n1C:\\x", categories("-Calm|")},
-      {"StateFileWithNuls", "\\_._", std::string("1Ca\0lm", 6), categories("-Calm|")},
-      {"SettingsJunk", "\\__.__", Junk(1024, 3), nullptr},
-      {"SettingsFontSizeNotANumber", "\\__.__", "Arial\r\ntwelve\r\nTrue\r\nFalse\r\n255\r\n50\r\n3", nullptr},
-      {"SettingsNumbersOutOfRange", "\\__.__", "Arial\r\n99999999999\r\nTrue\r\nFalse\r\n-99999999999\r\n70000\r\n-5",
-       nullptr},
-      {"SettingsFractionsAndHex", "\\__.__", "Arial\r\n12.5\r\nTrue\r\nFalse\r\n&HFF\r\n1e3\r\n0x10", nullptr},
-      {"SettingsBooleansThatAreNot", "\\__.__", "Arial\r\n12\r\nmaybe\r\n2.0\r\n255\r\n50\r\n3", nullptr},
-      {"SettingsEmptyLines", "\\__.__", "\r\n\r\n\r\n\r\n\r\n\r\n", nullptr},
-      {"SettingsTooManyLines", "\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3\r\n4\r\n5\r\nmore", nullptr},
-      {"SettingsOneLine", "\\__.__", "Times New Roman", nullptr},
-      {"SettingsHugeFontName", "\\__.__", std::string(1u << 20, 'F').append("\r\n12"), nullptr},
+      {"BinaryJunk", calm, Junk(4096, 1), std::nullopt},
+      {"NulBytesInLines", calm, std::string("1a\0b\r\n0\0", 8), std::string("-\0|+a\0b|", 8)},
+      {"TenMegabyteCategory", calm, std::string(10u << 20, 'x'), "-" + std::string(10u << 20, 'x') + "|"},
+      {"OneMegabyteLine", calm, LongLine(1u << 20), "+short|+" + std::string(1u << 20, 'y') + "|"},
+      {"LinesWithoutMarks", calm, "Breathe\r\nRest", "-Breathe|-Rest|"},
+      {"OnlyLineBreaks", calm, "\r\n\r\n\n\n", "-|-|-|-|"},
+      {"LoneCarriageReturns", calm, "1a\rb\r", "+a\rb\r|"},
+      {"MarksOtherThanDigits", calm, "xA\r\n9B\r\n1C", "-B|+C|-xA|"},
+      {"ByteOrderMarkOnly", calm, "\xEF\xBB\xBF", ""},
+      {"HugeCategoryBeyondTheLimit", calm, std::string(kMaxReadBytes + 1, 'z'), ""},
+      {"EmptyStateFile", "\\_._", ""},
+      {"StateFileNamingMissingCategories", "\\_._", "1Ghost\r\n1Other\r\n0"},
+      {"StateFileOfJunk", "\\_._", Junk(2048, 2)},
+      {"StateFileLeavingTheFolder", "\\_._", "1..\\Calm\r\n1..\\..\\x\r\n1C:\\x"},
+      {"StateFileWithNuls", "\\_._", std::string("1Ca\0lm", 6)},
+      {"SettingsJunk", "\\__.__", Junk(1024, 3)},
+      {"SettingsFontSizeNotANumber", "\\__.__", "Arial\r\ntwelve\r\nTrue\r\nFalse\r\n255\r\n50\r\n3"},
+      {"SettingsNumbersOutOfRange", "\\__.__",
+       "Arial\r\n99999999999\r\nTrue\r\nFalse\r\n-99999999999\r\n70000\r\n-5"},
+      {"SettingsFractionsAndHex", "\\__.__", "Arial\r\n12.5\r\nTrue\r\nFalse\r\n&HFF\r\n1e3\r\n0x10"},
+      {"SettingsBooleansThatAreNot", "\\__.__", "Arial\r\n12\r\nmaybe\r\n2.0\r\n255\r\n50\r\n3"},
+      {"SettingsEmptyLines", "\\__.__", "\r\n\r\n\r\n\r\n\r\n\r\n"},
+      {"SettingsTooManyLines", "\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3\r\n4\r\n5\r\nmore"},
+      {"SettingsOneLine", "\\__.__", "Times New Roman"},
+      {"SettingsHugeFontName", "\\__.__", std::string(1u << 20, 'F').append("\r\n12")},
   };
 }
 
@@ -91,30 +76,30 @@ class BadFileTest : public ::testing::TestWithParam<BadFile> {};
 
 TEST_P(BadFileTest, IsReadWithoutHarmAndNothingIsWrittenWhileLoading) {
   const BadFile& bad = GetParam();
-  test::TempFolder dir;
-  if (bad.relative != "\\Lists\\Calm.lst") dir.Put("\\Lists\\Calm.lst", "1Breathe");
-  dir.Put(bad.relative, bad.bytes);
-  test::FakePrompts prompts;
-  test::CountingEventPump pump;
-  CheckedList categories;
-  CheckedList phrases;
-  MessageLibrary library(dir.Path(), SystemFileSystem(), prompts, pump, categories, phrases);
-  library.StartUp();
-  SettingsStore store(SystemFileSystem(), dir.Path());
-  store.ReadSettings();
+  test::LibraryWorld w;
+  if (bad.relative != "\\Lists\\Calm.lst") w.dir.Put("\\Lists\\Calm.lst", "1Breathe");
+  w.dir.Put(bad.relative, bad.bytes);
+  w.library.StartUp();
+  w.settings.ReadSettings();
   // What was read converts back into lines that read the same.
+  const Settings& read = w.settings.Record();
   Settings again;
-  ParseSettings(FormatSettings(store.Record()), again);
-  if (!store.Record().fontName || !store.Record().fontName->starts_with("\xEF\xBB\xBF")) {
-    EXPECT_EQ(again, store.Record());
+  ParseSettings(FormatSettings(read), again);
+  if (!read.fontName || !read.fontName->starts_with("\xEF\xBB\xBF")) {
+    EXPECT_EQ(again, read);
   }
-  if (bad.check) bad.check(categories, phrases);
-  EXPECT_EQ(dir.Get(bad.relative), bad.bytes) << "the file was rewritten while it loaded";
-  EXPECT_TRUE(prompts.shown.empty());
+  if (bad.phrases) {
+    EXPECT_EQ(Texts(w.phrases, '|'), *bad.phrases);
+  }
+  EXPECT_EQ(Texts(w.categories, '|'), bad.categories);
+  EXPECT_EQ(w.dir.Get(bad.relative), bad.bytes) << "the file was rewritten while it loaded";
+  EXPECT_TRUE(w.prompts.shown.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Corpus, BadFileTest, ::testing::ValuesIn(BadFiles()),
-                         [](const ::testing::TestParamInfo<BadFile>& p) { return std::string(p.param.name); });
+                         [](const ::testing::TestParamInfo<BadFile>& p) {
+                           return std::string(p.param.name);
+                         });
 
 struct BadName {
   const char* name;
@@ -124,35 +109,28 @@ struct BadName {
 class BadCategoryNameTest : public ::testing::TestWithParam<BadName> {};
 
 TEST_P(BadCategoryNameTest, IsRefusedWithAMessageAndCreatesNothing) {
-  test::TempFolder dir;
-  dir.Put("\\Lists\\Calm.lst", "1Breathe");
-  test::FakePrompts prompts;
-  test::CountingEventPump pump;
-  CheckedList categories;
-  CheckedList phrases;
-  MessageLibrary library(dir.Path(), SystemFileSystem(), prompts, pump, categories, phrases);
-  LibraryEditing editing(library, categories, phrases, SystemFileSystem(), prompts, pump);
-  library.StartUp();
-  editing.txtEditCat = GetParam().text;  // pasted: the key filter never saw it
-  editing.cmdAddCat_Click();
-  ASSERT_EQ(prompts.shown.size(), 1u);
-  EXPECT_EQ(prompts.shown[0].icon, PromptIcon::Exclamation);
-  EXPECT_EQ(categories.ListCount(), 1);
-  EXPECT_FALSE(dir.Has("\\_._"));
-  EXPECT_EQ(SystemFileSystem().List(dir("\\Lists"), "lst").size(), 1u);
-  EXPECT_FALSE(dir.Has("\\x.lst"));
+  test::LibraryWorld w;
+  w.dir.Put("\\Lists\\Calm.lst", "1Breathe");
+  w.Start();
+  w.editing.txtEditCat = GetParam().text;  // pasted: the key filter never saw it
+  w.editing.cmdAddCat_Click();
+  ASSERT_EQ(w.prompts.shown.size(), 1u);
+  EXPECT_EQ(w.prompts.shown[0].icon, PromptIcon::Exclamation);
+  EXPECT_EQ(w.categories.ListCount(), 1);
+  EXPECT_EQ(w.files.Writes() + w.files.Changes(), 0);
+  EXPECT_FALSE(w.dir.Has("\\x.lst"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, BadCategoryNameTest,
-                         ::testing::Values(BadName{"ReservedCon", "CON"}, BadName{"ReservedComWithDot", "com1.txt"},
-                                           BadName{"ReservedLptLowerCase", "lpt3"}, BadName{"ReservedNul", "Nul"},
-                                           BadName{"Star", "a*"}, BadName{"Question", "why?"},
-                                           BadName{"Quotes", "\"quoted\""}, BadName{"AngleBrackets", "<tag>"},
-                                           BadName{"TrailingDot", "name."}, BadName{"TrailingSpace", "name "},
-                                           BadName{"TooLong", std::string(300, 'n')},
-                                           BadName{"LeavesTheFolder", "..\\x"}, BadName{"ForwardSlash", "../x"},
-                                           BadName{"DriveColon", "C:x"}, BadName{"Tab", "a\tb"}),
-                         [](const ::testing::TestParamInfo<BadName>& p) { return std::string(p.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Corpus, BadCategoryNameTest,
+    ::testing::Values(BadName{"ReservedCon", "CON"}, BadName{"ReservedComWithDot", "com1.txt"},
+                      BadName{"ReservedLptLowerCase", "lpt3"}, BadName{"ReservedNul", "Nul"},
+                      BadName{"Star", "a*"}, BadName{"Question", "why?"}, BadName{"Quotes", "\"quoted\""},
+                      BadName{"AngleBrackets", "<tag>"}, BadName{"TrailingDot", "name."},
+                      BadName{"TrailingSpace", "name "}, BadName{"TooLong", std::string(300, 'n')},
+                      BadName{"LeavesTheFolder", "..\\x"}, BadName{"ForwardSlash", "../x"},
+                      BadName{"DriveColon", "C:x"}, BadName{"Tab", "a\tb"}),
+    [](const ::testing::TestParamInfo<BadName>& p) { return std::string(p.param.name); });
 
 }  // namespace
 }  // namespace qm

@@ -58,53 +58,39 @@ TEST(CheckedListTest, TheHighlightFollowsItsItem) {
   EXPECT_EQ(list.Tag(), "-1");
 }
 
-// The notices a list gives, by kind.
-struct Notices final : CheckedListObserver {
-  void OnListChanged(const CheckedList&, const ListChange& change) override { kinds.push_back(change.kind); }
-  std::vector<ListChange::Kind> kinds;
-};
-
-TEST(CheckedListTest, ANewTextThatSortsWhereItStandsChangesTheRowInPlace) {
-  CheckedList list;
-  list.Assign({{"a"}, {"b"}, {"c"}});
-  Notices notices;
-  list.AddObserver(notices);
-  EXPECT_EQ(list.SetItemText(1, "A"), 1);  // equal to the one before it
-  EXPECT_EQ(list.SetItemText(1, "C"), 1);  // equal to the one after it
-  EXPECT_EQ(Texts(list.Items()), "-a -C -c ");
-  EXPECT_EQ(notices.kinds,
-            (std::vector<ListChange::Kind>{ListChange::Kind::Changed, ListChange::Kind::Changed}));
-}
-
 // A list box as the settings window keeps one: rebuilt only on Reset, and
-// otherwise changed row by row as it is told.
+// otherwise changed row by row as it is told; the kinds of change it was
+// told, in order.
 class MirrorBox final : public CheckedListObserver {
  public:
   void OnListChanged(const CheckedList& list, const ListChange& change) override {
+    using Kind = ListChange::Kind;
     const auto at = [&] { return rows.begin() + change.index; };
-    switch (change.kind) {
-      case ListChange::Kind::Reset:
-        rows = list.Items();
-        break;
-      case ListChange::Kind::Inserted:
-        rows.insert(at(), list.Items()[change.index]);
-        break;
-      case ListChange::Kind::Removed:
-        rows.erase(at());
-        break;
-      case ListChange::Kind::Changed:
-        *at() = list.Items()[change.index];
-        break;
-      case ListChange::Kind::Highlighted:
-        ++highlights;
-        break;
-    }
+    kinds.push_back(change.kind);
+    if (change.kind == Kind::Reset) rows = list.Items();
+    if (change.kind == Kind::Inserted) rows.insert(at(), list.Items()[change.index]);
+    if (change.kind == Kind::Removed) rows.erase(at());
+    if (change.kind == Kind::Changed) *at() = list.Items()[change.index];
+    if (change.kind == Kind::Highlighted) ++highlights;
     selected = list.ListIndex();
   }
   std::vector<CheckedList::Item> rows;
   int selected = -1;
   int highlights = 0;
+  std::vector<ListChange::Kind> kinds;
 };
+
+TEST(CheckedListTest, ANewTextThatSortsWhereItStandsChangesTheRowInPlace) {
+  CheckedList list;
+  MirrorBox box;
+  list.AddObserver(box);
+  list.Assign({{"a"}, {"b"}, {"c"}});
+  box.kinds.clear();
+  EXPECT_EQ(list.SetItemText(1, "A"), 1);  // equal to the one before it
+  EXPECT_EQ(list.SetItemText(1, "C"), 1);  // equal to the one after it
+  EXPECT_EQ(Texts(list.Items()), "-a -C -c ");
+  EXPECT_EQ(box.kinds, (std::vector<ListChange::Kind>{ListChange::Kind::Changed, ListChange::Kind::Changed}));
+}
 
 TEST(CheckedListTest, AMirrorKeptByChangesStaysEqualToTheList) {
   CheckedList list;
@@ -118,28 +104,16 @@ TEST(CheckedListTest, AMirrorKeptByChangesStaysEqualToTheList) {
     const int any = n > 0 ? static_cast<int>(random() % n) : 0;
     const std::string word = words[random() % std::size(words)];
     const int before = list.ListIndex();
-    switch (random() % 6) {
-      case 0:
-        list.AddItem(word, random() % 2);
-        break;
-      case 1:
-        list.RemoveItem(any);
-        break;
-      case 2:
-        list.SetItemText(any, word);
-        break;
-      case 3:
-        list.SetItemChecked(any, random() % 2);
-        break;
-      case 4: {
-        const int target = n > 0 ? any - static_cast<int>(random() % 2) : -1;
-        if (list.SetListIndex(target) && target != before) ++highlights;
-        break;
-      }
-      case 5:
-        if (step % 50 == 0) list.Assign({{word}, {"b", true}});
-        break;
+    const unsigned change = random() % 6;
+    if (change == 0) list.AddItem(word, random() % 2);
+    if (change == 1) list.RemoveItem(any);
+    if (change == 2) list.SetItemText(any, word);
+    if (change == 3) list.SetItemChecked(any, random() % 2);
+    if (change == 4) {
+      const int target = n > 0 ? any - static_cast<int>(random() % 2) : -1;
+      if (list.SetListIndex(target) && target != before) ++highlights;
     }
+    if (change == 5 && step % 50 == 0) list.Assign({{word}, {"b", true}});
     ASSERT_EQ(Texts(box.rows), Texts(list.Items())) << step;
     ASSERT_TRUE(std::is_sorted(list.Items().begin(), list.Items().end(), [](const auto& a, const auto& b) {
       return CompareNoCase(a.text, b.text) < 0;

@@ -4,79 +4,47 @@
 
 #include <filesystem>
 
-#include "../../support/fake_prompts.h"
-#include "../../support/temp_folder.h"
-#include "../../support/watched_files.h"
+#include "../../support/library_world.h"
 
 namespace qm {
 namespace {
 
 namespace sfs = std::filesystem;
+// A UTF-8 byte-order mark, as other editors write one.
+const std::string kBom = "\xEF\xBB\xBF";
+using test::Texts;
 
-
-class MessageLibraryTest : public ::testing::Test {
+class MessageLibraryTest : public ::testing::Test, public test::LibraryWorld {
  protected:
-  test::TempFolder dir;
-  test::CountingEventPump pump;
-  test::WatchedFiles fs{&pump};
-  test::FakePrompts prompts;
-  CheckedList categories;
-  CheckedList phrases;
-  MessageLibrary library{dir.Path(), fs, prompts, pump, categories, phrases};
-
   void Select(std::string_view name) {
     ASSERT_TRUE(categories.SetListIndex(categories.Find(name))) << name;
     library.lstMessageCategories_Click();
   }
-  static std::string Texts(const CheckedList& list) {
-    std::string texts;
-    for (const auto& item : list.Items()) texts += (item.checked ? "+" : "-") + item.text + " ";
-    return texts;
-  }
   void ExpectOneStopBoxNaming(std::string_view name) {
     ASSERT_EQ(prompts.shown.size(), 1u);
     EXPECT_EQ(prompts.shown[0].icon, PromptIcon::Critical);
-    std::string quoted(1, '"');
-    quoted.append(name).push_back('"');
-    EXPECT_NE(prompts.shown[0].text.find(quoted), std::string::npos);
+    EXPECT_NE(prompts.shown[0].text.find("\"" + std::string(name) + "\""), std::string::npos);
     prompts.shown.clear();
   }
   void MakeHuge(std::string_view relative) { sfs::resize_file(dir.Native(relative), kMaxReadBytes + 1); }
 };
 
-TEST_F(MessageLibraryTest, AddUniqueItemAndSetItemCheckedIgnoreCase) {
-  categories.Assign({{"Calm"}, {"\xC9T\xC9"}});
-  EXPECT_TRUE(AddUniqueItem(categories, "\xE9t\xE9", "dup", prompts));
-  EXPECT_EQ(categories.ListIndex(), 1);
-  ASSERT_EQ(prompts.shown.size(), 1u);
-  EXPECT_EQ(prompts.shown[0].text, "dup");
-  EXPECT_EQ(prompts.shown[0].icon, PromptIcon::Exclamation);
-
-  EXPECT_FALSE(AddUniqueItem(categories, "Relax", "dup", prompts));
-  EXPECT_EQ(categories.ListIndex(), 1);  // its sorted place
-  EXPECT_EQ(prompts.shown.size(), 1u);
-  SetItemChecked(categories, "\xE9t\xE9", true);
-  SetItemChecked(categories, "relax", true);
-  SetItemChecked(categories, "Nowhere", true);
-  EXPECT_EQ(Texts(categories), "-Calm +Relax +\xC9T\xC9 ");
-}
-
 TEST_F(MessageLibraryTest, StartUpListsMarksAndLoadsWritingNothing) {
   dir.Put("\\Lists\\Sleep.lst", "1A\r\n0B");
-  dir.Put("\\Lists\\calm.lst", "\xEF\xBB\xBF" "0Zeta\n1alpha\n");
+  dir.Put("\\Lists\\calm.lst", kBom + "0Zeta\n1alpha\n");
   dir.Put("\\Lists\\Mixed.lst", "Calm words\r\n\r\n2x\r\n1ok\r\n");
   dir.Put("\\Lists\\notes.txt", "");
   // Saved by another editor (a byte-order mark, LF line ends); a category
   // without a file, and a hand-edited line without a mark, which unchecks
   // the category it names.
-  dir.Put("\\_._", "\xEF\xBB\xBF" "1Calm\n1Ghost\n1Mixed\nMixed\n1Sleep\n");
+  dir.Put("\\_._", kBom + "1Calm\n1Ghost\n1Mixed\nMixed\n1Sleep\n");
   library.StartUp();
   EXPECT_EQ(Texts(categories), "+calm -Mixed +Sleep ");
   EXPECT_EQ(categories.ListIndex(), 0);
   EXPECT_EQ(Texts(phrases), "+alpha -Zeta ");
   Select("Mixed");
   EXPECT_EQ(Texts(phrases), "- -Calm words +ok -x ");
-  EXPECT_EQ(fs.Writes() + fs.Changes(), 0);
+  EXPECT_EQ(files.Writes() + files.Changes(), 0);
 
   sfs::remove_all(dir.Native("\\Lists"));
   library.StartUp();
@@ -99,7 +67,7 @@ TEST_F(MessageLibraryTest, CategoryNamesAreWindows1252AndTheirFilesAreNamedInUni
   EXPECT_TRUE(library.CreateCategoryFile("\x8Cuvre"));
   EXPECT_TRUE(dir.Has("\\Lists\\\xC5\x92uvre.lst"));
   // A message naming the category shows it in Unicode.
-  fs.failingWrites = 1;
+  files.failingWrites = 1;
   library.SavePhrases();
   ExpectOneStopBoxNaming("\xC3\x89t\xC3\xA9");
 }
@@ -121,20 +89,15 @@ TEST_F(MessageLibraryTest, SavesPhrasesSortedIntoTheCategorysOwnFile) {
   EXPECT_TRUE(library.lstPhrases_ItemCheck().Ok());
   EXPECT_EQ(dir.Get("\\Lists\\Sleep.lst"), "0A\r\n0B");
   EXPECT_TRUE(prompts.shown.empty());
-}
 
-TEST_F(MessageLibraryTest, AnEmptiedCategoryLosesItsFileAndIsNotListedAgain) {
-  dir.Put("\\Lists\\Calm.lst", "1Only");
-  dir.Put("\\Lists\\Sleep.lst", "1A");
-  dir.Put("\\_._", "1Calm\r\n1Sleep");
-  library.StartUp();
-  phrases.RemoveItem(0);
+  // Emptied, the category loses its file and is not listed at the next start.
+  phrases.Clear();
   EXPECT_EQ(library.SavePhrases().status, SaveStatus::Deleted);
-  EXPECT_FALSE(dir.Has("\\Lists\\Calm.lst"));
+  EXPECT_FALSE(dir.Has("\\Lists\\Sleep.lst"));
   EXPECT_EQ(library.SavePhrases().status, SaveStatus::NoFile);
-  EXPECT_EQ(Texts(categories), "+Calm +Sleep ");  // until the next start
+  EXPECT_EQ(Texts(categories), "-Calm -Sleep ");
   library.StartUp();
-  EXPECT_EQ(Texts(categories), "+Sleep ");
+  EXPECT_EQ(Texts(categories), "-calm ");  // listed from its file
 }
 
 TEST_F(MessageLibraryTest, TheListsFolderIsMadeForTheFirstCategoryFile) {
@@ -153,27 +116,6 @@ TEST_F(MessageLibraryTest, TheListsFolderIsMadeForTheFirstCategoryFile) {
   phrases.AddItem("New", true);
   EXPECT_TRUE(library.SavePhrases().Ok());  // no category: the nameless file
   EXPECT_EQ(dir.Get("\\Lists\\.lst"), "1New");
-}
-
-TEST_F(MessageLibraryTest, AFailedWriteOrDeletionIsReportedAndKeepsTheFile) {
-  dir.Put("\\Lists\\Calm.lst", "1A\r\n0B");
-  library.StartUp();
-  phrases.SetItemChecked(1, true);
-  fs.failingWrites = 1;
-  EXPECT_EQ(library.lstPhrases_ItemCheck().status, SaveStatus::WriteFailed);
-  ExpectOneStopBoxNaming("Calm");
-  phrases.Clear();
-  fs.failing.insert("remove Calm.lst");
-  EXPECT_EQ(library.SavePhrases().status, SaveStatus::DeleteFailed);
-  ExpectOneStopBoxNaming("Calm");
-  EXPECT_EQ(dir.Get("\\Lists\\Calm.lst"), "1A\r\n0B");
-
-  // The machine's own file system refuses a read-only file.
-  sfs::permissions(dir.Native("\\Lists\\Calm.lst"), sfs::perms::all & ~sfs::perms::owner_write &
-                                                        ~sfs::perms::group_write & ~sfs::perms::others_write);
-  phrases.AddItem("C");
-  EXPECT_EQ(library.SavePhrases().status, SaveStatus::WriteFailed);
-  EXPECT_EQ(dir.Get("\\Lists\\Calm.lst"), "1A\r\n0B");
 }
 
 TEST_F(MessageLibraryTest, FilesThatCouldNotBeReadAreNeverOverwritten) {
@@ -196,7 +138,7 @@ TEST_F(MessageLibraryTest, FilesThatCouldNotBeReadAreNeverOverwritten) {
   // The category marks the state file could not give are not written over it.
   categories.SetItemChecked(1, true);
   EXPECT_FALSE(library.lstMessageCategories_ItemCheck());
-  EXPECT_EQ(fs.Writes() + fs.Changes(), 0);
+  EXPECT_EQ(files.Writes() + files.Changes(), 0);
   EXPECT_EQ(sfs::file_size(dir.Native("\\Lists\\Big.lst")), kMaxReadBytes + 1);
 
   Select("Small");
@@ -210,22 +152,22 @@ TEST_F(MessageLibraryTest, TheCategoryStateIsWrittenWithUpTo101Attempts) {
   library.StartUp();
   categories.SetListIndex(1);
   categories.SetItemChecked(0, true);
-  fs.failingWrites = 100;
+  files.failingWrites = 100;
   EXPECT_TRUE(library.lstMessageCategories_ItemCheck());
-  ASSERT_EQ(fs.Writes(), 101);
-  for (int attempt = 0; attempt < 101; ++attempt) EXPECT_EQ(fs.eventsBeforeWrite[attempt], attempt + 1);
+  ASSERT_EQ(files.Writes(), 101);
+  for (int attempt = 0; attempt < 101; ++attempt) EXPECT_EQ(files.eventsBeforeWrite[attempt], attempt + 1);
   EXPECT_EQ(dir.Get("\\_._"), "1Calm\r\n0Sleep");
   EXPECT_EQ(categories.ListIndex(), 1);
 
   categories.SetItemChecked(1, true);
-  fs.failingWrites = 101;
+  files.failingWrites = 101;
   EXPECT_FALSE(library.SaveCheckedCategories());
-  EXPECT_EQ(fs.Writes(), 202);
+  EXPECT_EQ(files.Writes(), 202);
   EXPECT_EQ(dir.Get("\\_._"), "1Calm\r\n0Sleep");
   EXPECT_TRUE(prompts.shown.empty());
   categories.Clear();  // with no category listed the file keeps its content
   EXPECT_TRUE(library.SaveCheckedCategories());
-  EXPECT_EQ(fs.Writes(), 202);
+  EXPECT_EQ(files.Writes(), 202);
 }
 
 TEST_F(MessageLibraryTest, AMarkChangedWhileTheStateIsBeingSavedIsNotWrittenOver) {
@@ -238,7 +180,7 @@ TEST_F(MessageLibraryTest, AMarkChangedWhileTheStateIsBeingSavedIsNotWrittenOver
   // The file is busy at the first attempt; meanwhile the user's click on
   // Sleep's box is handled and saved, and a new category sorts in before
   // the highlighted one.
-  fs.failingWrites = 1;
+  files.failingWrites = 1;
   pump.onEvents = [&] {
     categories.SetItemChecked(1, true);
     EXPECT_TRUE(library.lstMessageCategories_ItemCheck());

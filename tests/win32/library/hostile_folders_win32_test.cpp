@@ -6,48 +6,19 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <chrono>
-#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 
-#include "../../support/fake_prompts.h"
 #include "../../support/file_holder_win32.h"
-#include "../../support/temp_folder.h"
-#include "library/library_editing.h"
-#include "library/settings_store.h"
+#include "../../support/library_world.h"
 #include "platform/wide_text_win32.h"
 
 namespace qm {
 namespace {
 
-using test::TempFolder;
-
-// What the settings window holds of the library and the settings.
-struct Program {
-  explicit Program(std::string programFolder) : folder(std::move(programFolder)) {
-    library.StartUp();
-    settings.ReadSettings();
-    settings.Tell = [this](const std::string& text) {
-      prompts.Show(text, PromptIcon::Critical, PromptButtons::Ok);
-    };
-  }
-  // The stop boxes shown since the last call.
-  int StopBoxes() {
-    int count = 0;
-    for (const auto& shown : prompts.shown) count += shown.icon == PromptIcon::Critical;
-    prompts.shown.clear();
-    return count;
-  }
-
-  std::string folder;
-  test::FakePrompts prompts;
-  test::CountingEventPump pump;
-  CheckedList categories, phrases;
-  MessageLibrary library{folder, SystemFileSystem(), prompts, pump, categories, phrases};
-  LibraryEditing editing{library, categories, phrases, SystemFileSystem(), prompts, pump};
-  SettingsStore settings{SystemFileSystem(), folder};
-};
+using Program = test::LibraryWorld;
 
 struct Change {
   const char* file;
@@ -77,103 +48,81 @@ const Change kChanges[] = {
      }},
 };
 
-void PutLibrary(const TempFolder& dir) {
-  dir.Put("\\Lists\\Calm.lst", "1A");
-  dir.Put("\\Lists\\Sleep.lst", "1Z");
-  dir.Put("\\_._", "1Calm\r\n0Sleep");
-  dir.Put("\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3");
-}
+// A library and settings in a fresh folder, read as the program starts.
+class HostileFolders : public ::testing::Test, public test::LibraryWorld {
+ protected:
+  HostileFolders() : LibraryWorld("", &SystemFileSystem()) {
+    dir.Put("\\Lists\\Calm.lst", "1A");
+    dir.Put("\\Lists\\Sleep.lst", "1Z");
+    dir.Put("\\_._", "1Calm\r\n0Sleep");
+    dir.Put("\\__.__", "Arial\r\n12\r\nTrue\r\nFalse\r\n255\r\n50\r\n3");
+    Start();
+  }
+};
 
-TEST(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
-  TempFolder dir;
-  PutLibrary(dir);
-  Program program(dir.Path());
+TEST_F(HostileFolders, AReadOnlyFileIsRefusedWithAStopBoxAndKept) {
   for (const Change& change : kChanges) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
     ASSERT_TRUE(::SetFileAttributesW(dir.Native(change.file).c_str(), FILE_ATTRIBUTE_READONLY));
-    change.make(program);
-    EXPECT_EQ(program.StopBoxes(), change.boxesWhenRefused);
+    change.make(*this);
+    EXPECT_EQ(StopBoxes(), change.boxesWhenRefused);
     EXPECT_EQ(dir.Get(change.file), before);
     ::SetFileAttributesW(dir.Native(change.file).c_str(), FILE_ATTRIBUTE_NORMAL);
   }
 }
 
-TEST(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
-  TempFolder dir;
-  PutLibrary(dir);
-  Program program(dir.Path());
+TEST_F(HostileFolders, AFileHeldByAnotherProgramIsWaitedForThenToldAndKept) {
   for (const Change& change : kChanges) {
     SCOPED_TRACE(change.file);
     const std::string before = dir.Get(change.file);
     // Held well beyond the wait: the change must give up before it ends.
     test::FileHolder holder(QM_HOLD_FILE_EXE, dir.Native(change.file).wstring(), 6000);
     ASSERT_TRUE(holder.Held());
-    const auto start = std::chrono::steady_clock::now();
-    change.make(program);
-    const auto waited =
-        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-    std::printf("%s held by another program: refused after %lld ms\n", change.file,
-                static_cast<long long>(waited.count()));
-    EXPECT_EQ(program.StopBoxes(), change.boxesWhenRefused);
+    change.make(*this);
+    EXPECT_EQ(StopBoxes(), change.boxesWhenRefused);
     holder.Release();
     EXPECT_EQ(dir.Get(change.file), before);
-    change.make(program);
-    EXPECT_EQ(program.StopBoxes(), 0);
+    change.make(*this);
+    EXPECT_EQ(StopBoxes(), 0);
     EXPECT_NE(dir.Get(change.file), before);
   }
 }
 
+// A hidden file is kept, not replaced by a new category's empty file.
+TEST_F(HostileFolders, ANewCategoryNeverReplacesAHiddenFileOfItsName) {
+  dir.Put("\\Lists\\Hidden.lst", "1Secret");
+  ASSERT_TRUE(::SetFileAttributesW(dir.Native("\\Lists\\Hidden.lst").c_str(), FILE_ATTRIBUTE_HIDDEN));
+  EXPECT_FALSE(library.CreateCategoryFile("HIDDEN"));
+  EXPECT_EQ(dir.Get("\\Lists\\Hidden.lst"), "1Secret");
+}
+
 // Setting up and checking a long path goes around the code under test, in
 // the long form.
-std::wstring Long(const std::string& path) {
+std::filesystem::path Long(const std::string& path) {
   return L"\\\\?\\" + *win32::WidenStrict(path);
 }
 void PutLong(const std::string& path, std::string_view bytes) {
-  const HANDLE file = ::CreateFileW(Long(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD wrote = 0;
-  ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &wrote, nullptr);
-  ::CloseHandle(file);
+  std::ofstream(Long(path), std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 std::string GetLong(const std::string& path) {
-  const HANDLE file =
-      ::CreateFileW(Long(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "(no file)";
-  std::string bytes(4096, '\0');
-  DWORD got = 0;
-  ::ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
-  ::CloseHandle(file);
-  bytes.resize(got);
-  return bytes;
-}
-void RemoveTree(const std::wstring& longPath) {
-  WIN32_FIND_DATAW data;
-  const HANDLE find = ::FindFirstFileW((longPath + L"\\*").c_str(), &data);
-  if (find != INVALID_HANDLE_VALUE) {
-    do {
-      const std::wstring name = data.cFileName;
-      if (name == L"." || name == L"..") continue;
-      if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-        RemoveTree(longPath + L"\\" + name);
-      else
-        ::DeleteFileW((longPath + L"\\" + name).c_str());
-    } while (::FindNextFileW(find, &data));
-    ::FindClose(find);
-  }
-  ::RemoveDirectoryW(longPath.c_str());
+  std::ifstream file(Long(path), std::ios::binary);
+  return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(no file)";
 }
 
-TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
-  TempFolder dir;
+// Inside the fixture's folder, another program folder whose paths are longer
+// than MAX_PATH.
+TEST_F(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
   const std::string outer = dir.Path() + "\\" + std::string(120, 'a');
-  const std::string folder = outer + "\\" + std::string(120, 'b');
-  for (const std::string& part : {outer, folder, folder + "\\Lists"})
-    ASSERT_TRUE(::CreateDirectoryW(Long(part).c_str(), nullptr));
-  PutLong(folder + "\\Lists\\Calm.lst", "1A");
-  PutLong(folder + "\\_._", "1Calm");
+  const std::string longFolder = outer + "\\" + std::string(120, 'b');
+  for (const std::string& part : {outer, longFolder, longFolder + "\\Lists"})
+    ASSERT_TRUE(std::filesystem::create_directory(Long(part)));
+  PutLong(longFolder + "\\Lists\\Calm.lst", "1A");
+  PutLong(longFolder + "\\_._", "1Calm");
   {
     // Given with a "." part, which the long form does not resolve itself.
-    Program program(outer + "\\.\\" + std::string(120, 'b'));
+    Program program(outer + "\\.\\" + std::string(120, 'b'), &SystemFileSystem());
+    program.Start();
     ASSERT_GT(program.library.CategoryPath("Calm").size(), std::size_t{MAX_PATH});
     ASSERT_EQ(program.categories.ListCount(), 1);
     EXPECT_TRUE(program.categories.Items()[0].checked);
@@ -186,11 +135,12 @@ TEST(HostileFolders, AProgramFolderBeyondMaxPathIsReadAndWritten) {
     program.settings.SaveSettings();
     EXPECT_EQ(program.StopBoxes(), 0);
   }
-  EXPECT_EQ(GetLong(folder + "\\Lists\\Calm.lst"), "1A\r\n1B");
-  EXPECT_EQ(GetLong(folder + "\\Lists\\Sleep.lst"), "");
-  EXPECT_EQ(GetLong(folder + "\\_._"), "1Calm\r\n0Sleep");
-  EXPECT_EQ(GetLong(folder + "\\__.__"), "\r\n\r\n\r\n\r\n\r\n\r\n7");
-  RemoveTree(Long(outer));
+  EXPECT_EQ(GetLong(longFolder + "\\Lists\\Calm.lst"), "1A\r\n1B");
+  EXPECT_EQ(GetLong(longFolder + "\\Lists\\Sleep.lst"), "");
+  EXPECT_EQ(GetLong(longFolder + "\\_._"), "1Calm\r\n0Sleep");
+  EXPECT_EQ(GetLong(longFolder + "\\__.__"), "\r\n\r\n\r\n\r\n\r\n\r\n7");
+  // Moved to a short path, the longFolder goes with the temporary one.
+  std::filesystem::rename(Long(outer), Long(dir.Path() + "\\a"));
 }
 
 }  // namespace
