@@ -17,8 +17,10 @@ TEST(SettingsText, ConvertsDecimalNumbersInRangeAndWritesBooleansAsWords) {
   EXPECT_EQ(ParseInt32(" -7 "), -7);
   EXPECT_EQ(ParseInt32("+7"), 7);
   EXPECT_EQ(ParseInt32("-2147483648"), INT32_MIN);
+  EXPECT_EQ(ParseInt32("2147483647"), INT32_MAX);
   EXPECT_EQ(ParseInt32("2147483648"), std::nullopt);
   EXPECT_EQ(ParseInt16("-32768"), -32768);
+  EXPECT_EQ(ParseInt16("32767"), 32767);
   EXPECT_EQ(ParseInt16("32768"), std::nullopt);
   for (std::string_view bad : {"", "abc", "12.5", "1e3", "&HFF", "- 5", "5 5"})
     EXPECT_EQ(ParseInt32(bad), std::nullopt) << bad;

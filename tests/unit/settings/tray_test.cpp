@@ -40,7 +40,9 @@ class Recorder final : public TrayCommands, public TrayPopup {
 // shell test; here each command id names its item.
 TEST(TrayMenuTest, EachCommandIdNamesItsItem) {
   for (const TrayMenuEntry& e : TrayMenu::Entries()) {
-    if (!e.IsSeparator()) EXPECT_EQ(TrayMenu::ItemOfCommand(e.commandId), e.item) << e.caption;
+    if (!e.IsSeparator()) {
+      EXPECT_EQ(TrayMenu::ItemOfCommand(e.commandId), e.item) << e.caption;
+    }
   }
   EXPECT_EQ(TrayMenu::ItemOfCommand(0), TrayMenuItem::None);
 }
