@@ -23,14 +23,11 @@ TEST(PropertyStore, KeysMatchWithoutRegardToCaseAndKeepTheirFirstSpelling) {
 TEST(PropertyStore, MissingAndUnusableValuesReadAsTheDefault) {
   PropertyStore store{
       {"Style", "ten"}, {"MousePointer", 70000}, {"IconAlign", -70000}, {"Caption", FontSpec{}}, {"Icon", 5}};
-  EXPECT_EQ(store.ReadLong("IconSize", 16), 16);
   EXPECT_EQ(store.ReadString("Caption", "isButton"), "isButton");
   EXPECT_EQ(store.ReadLong("Style", 3), 3);
   EXPECT_EQ(store.ReadInteger("MousePointer", 0), 0);  // beyond 16 bits
   EXPECT_EQ(store.ReadInteger("IconAlign", 1), 1);
   EXPECT_EQ(store.ReadPicture("Icon", {}), Picture{});
-  EXPECT_EQ(store.ReadFont("Font", FontSpec{"Tahoma", 8}), (FontSpec{"Tahoma", 8}));
-  EXPECT_EQ(store.ReadColor("BackColor", 0x8000000F), 0x8000000Fu);
 }
 
 TEST(PropertyStore, ReadsTextNumbersAndBooleansAsTheKindAsked) {

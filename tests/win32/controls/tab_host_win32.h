@@ -1,10 +1,11 @@
 // A plain top-level window in the settings window's blue, to hold tab bars
-// in the shell tests and the gallery; and a way to let queued messages
-// and painting happen.
+// and buttons in the shell tests and the gallery; a way to let queued
+// messages and painting happen, and the pixel a window then shows.
 #pragma once
 
 #include <windows.h>
 
+#include "../../support/test_helpers_win32.h"
 #include "platform/gdi_win32.h"
 #include "platform/ole_color.h"
 #include "platform/window_win32.h"
@@ -44,15 +45,17 @@ class BlueHost : public Window {
 // Runs the message loop for `ms` milliseconds, so that posted messages are
 // handled and windows are painted and reach the screen.
 inline void PumpMessages(DWORD ms) {
-  const DWORD start = ::GetTickCount();
-  do {
-    MSG msg;
-    while (::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-      ::TranslateMessage(&msg);
-      ::DispatchMessageA(&msg);
-    }
-    ::Sleep(5);
-  } while (::GetTickCount() - start < ms);
+  test::WaitUntil([] { return false; }, ms);
+}
+
+// The screen pixel at x, y of a window, once its painting is done.
+inline COLORREF Painted(HWND hwnd, int x, int y) {
+  ::UpdateWindow(hwnd);
+  PumpMessages(100);
+  POINT p{x, y};
+  ::ClientToScreen(hwnd, &p);
+  WindowDC screen(nullptr);
+  return ::GetPixel(screen.Get(), p.x, p.y);
 }
 
 }  // namespace qm::win32
