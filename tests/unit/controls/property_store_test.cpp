@@ -1,6 +1,6 @@
-// The property store: keys without regard to case, defaults for missing
-// or unusable values, the plain conversions, and writes that leave out
-// defaults.
+// The property store: keys without regard to case, defaults for unusable
+// values and the plain conversions. (Missing keys and writes that leave
+// out defaults are seen through the image button's stored properties.)
 #include "controls/property_store.h"
 
 #include <gtest/gtest.h>
@@ -48,23 +48,6 @@ TEST(PropertyStore, ReadsTextNumbersAndBooleansAsTheKindAsked) {
   EXPECT_EQ(store.ReadInteger("IconSize", 16), 32767);
   EXPECT_EQ(store.ReadInteger("IconAlign", 0), -32768);
   EXPECT_EQ(store.ReadColor("HoverColor", 0), 0xFF00u) << "a lower-case &h";
-}
-
-TEST(PropertyStore, WritesOnlyWhatDiffersFromTheDefaultUnlessAlways) {
-  PropertyStore store;
-  store.WriteLong("Style", 3, 3);
-  store.WriteString("Caption", "", "");
-  store.WriteColor("MaskColor", 0x00C0C0C0, 0x00C0C0C0);
-  EXPECT_EQ(store.Size(), 0u);
-
-  store.WriteLong("Style", 10, 3);
-  store.WriteAlways("Tooltiptitle", std::string());
-  EXPECT_EQ(store.ReadLong("Style", 3), 10);
-  EXPECT_TRUE(store.Has("Tooltiptitle"));
-
-  // Back at the default, the key goes: a fresh save would not hold it.
-  store.WriteLong("style", 3, 3);
-  EXPECT_FALSE(store.Has("Style"));
 }
 
 }  // namespace
