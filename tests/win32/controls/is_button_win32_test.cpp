@@ -82,14 +82,6 @@ class ButtonShell : public ::testing::Test {
     return b;
   }
 
-  // Style 10's face is the model's fixed art: the top row's rounded cap
-  // and the middle.
-  static void ExpectStyle10Art(const isButtonWindow& b, GlossVariant look) {
-    for (const POINT p : {POINT{18, 11}, POINT{46, 20}, POINT{6, 0}, POINT{8, 0}, POINT{11, 0}})
-      EXPECT_EQ(Painted(b.Hwnd(), p.x, p.y), static_cast<COLORREF>(Style10Pixel(look, p.x, p.y, 65, 29)))
-          << p.x << "," << p.y;
-  }
-
   static bool InRegion(const isButtonWindow& b, int x, int y) {
     Region r(::CreateRectRgn(0, 0, 0, 0));
     if (::GetWindowRgn(b.Hwnd(), r.Get()) == ERROR) return true;  // no region: the whole window
@@ -130,15 +122,20 @@ TEST_F(ButtonShell, EveryStyleIsMadeShapedAndPainted) {
   EXPECT_EQ(r.bottom, 20);
 }
 
-// Style 10 paints its own art whatever BackColor holds, also disabled.
-// (Its pressed and hover faces are seen under the real pointer.)
+// Style 10 paints the model's fixed art whatever BackColor holds, also
+// disabled: the top row's rounded cap and the middle. (Its pressed and
+// hover faces are seen under the real pointer.)
 TEST_F(ButtonShell, Style10ShowsItsOwnColoursWhateverBackColorHolds) {
   isButtonWindow& b =
       Make({{"Style", 10}, {"Caption", "Add"}, {"BackColor", 0x00FF8080u}, {"USeCustomColors", true}});
-  ExpectStyle10Art(b, GlossVariant::Normal);
-  b.Model().SetEnabled(false);
-  EXPECT_FALSE(::IsWindowEnabled(b.Hwnd()));
-  ExpectStyle10Art(b, GlossVariant::Normal);
+  for (const bool enabled : {true, false}) {
+    b.Model().SetEnabled(enabled);
+    EXPECT_EQ(::IsWindowEnabled(b.Hwnd()) != FALSE, enabled);
+    for (const POINT p : {POINT{18, 11}, POINT{46, 20}, POINT{6, 0}, POINT{8, 0}, POINT{11, 0}})
+      EXPECT_EQ(Painted(b.Hwnd(), p.x, p.y),
+                static_cast<COLORREF>(Style10Pixel(GlossVariant::Normal, p.x, p.y, 65, 29)))
+          << p.x << "," << p.y;
+  }
 }
 
 // With the real pointer: the button shows its tooltip while the pointer is
