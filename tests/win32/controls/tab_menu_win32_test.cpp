@@ -87,11 +87,9 @@ class TabShell : public ::testing::Test {
 };
 
 TEST_F(TabShell, ClicksRaiseTheBarsEvents) {
-  bar.Model().SetTabFocus(1);
-  Click(Tab(2));
   Click(Tab(2));
   Click(Menu(), 10, 20);
-  EXPECT_EQ(raised, (std::vector<std::string>{"click:Messages", "click:Help", "click:Help", "menu:1"}));
+  EXPECT_EQ(raised, (std::vector<std::string>{"click:Help", "menu:1"}));
 
   // Only a left button that went down and came up on the picture counts.
   raised.clear();
