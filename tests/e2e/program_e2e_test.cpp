@@ -22,10 +22,8 @@ constexpr const char* kSettings = "Arial\r\n28\r\nTrue\r\nFalse\r\n255\r\n1000\r
 constexpr const char* kCalm = "1First phrase\r\n1Second phrase\r\n1Third phrase\r\n0Left out";
 constexpr COLORREF kRed = RGB(255, 0, 0), kGrey = RGB(128, 128, 128);
 
-// Red pixels where the overlay is: a phrase on the screen. (The test's own
-// windows are served meanwhile.)
+// Red pixels where the overlay is: a phrase on the screen.
 bool PhraseOnScreen(const RunningProgram& program) {
-  Pump();
   return program.OverlayPixels(kRed) > 0;
 }
 
@@ -55,7 +53,7 @@ class Program : public ::testing::Test {
 TEST_F(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredColour) {
   ASSERT_TRUE(program->WaitForWindows()) << BuiltProgramPath();
   EXPECT_FALSE(::IsWindowVisible(program->SettingsWindow())) << "a normal start ends with the window hidden";
-  EXPECT_EQ(AsciiText(program->SettingsWindow()), "Quillmere - Settings");
+  EXPECT_EQ(Text(program->SettingsWindow()), "Quillmere - Settings");
 
   // Watch phrases come: the overlay's phrase follows the list's order, and
   // the phrases are seen on the screen in red. The flasher starts at the
@@ -136,13 +134,7 @@ TEST_F(Program, AFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
     // phrase comes while the program fills the screen.
     ::SetWindowPos(other.Hwnd(), HWND_TOP, 0, 0, width, height, 0);
     ::SetForegroundWindow(other.Hwnd());
-    EXPECT_TRUE(WaitFor(
-        [&] {
-          Pump();
-          return !program->OverlayShown();
-        },
-        3s))
-        << "the overlay is put away";
+    EXPECT_TRUE(WaitFor([&] { return !program->OverlayShown(); }, 3s)) << "the overlay is put away";
     before = program->OverlayPhrase().value_or("");
     EXPECT_FALSE(WaitFor(
         [&] { return PhraseOnScreen(*program) || program->OverlayPhrase().value_or("") != before; }, 4s))
@@ -161,7 +153,7 @@ TEST_F(Program, AFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
 TEST_F(Program, ExitAsksAndOnlyYesEndsTheProgramWithoutWritingAnything) {
   ASSERT_TRUE(program->ChooseFromTray(kExitItem));
   ASSERT_TRUE(WaitFor([&] { return program->MessageBox() != nullptr; }, 3s));
-  EXPECT_EQ(AsciiText(program->MessageBox()), "Quillmere");
+  EXPECT_EQ(Text(program->MessageBox()), "Quillmere");
   EXPECT_EQ(Answer(*program, IDNO), "Are you sure you wish to exit the application?");
   EXPECT_TRUE(program->Running());
   EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(*program); }, 8s)) << "No leaves it running";

@@ -14,6 +14,8 @@
 namespace qm::win32 {
 namespace {
 
+using namespace std::chrono_literals;
+
 // Every call of the notification function, with a copy of its record.
 struct Call {
   DWORD message;
@@ -124,14 +126,14 @@ TEST_F(TrayWin32Test, TheSystemsTrayShowsTheIcon) {
   clsTray tray;
   ASSERT_TRUE(tray.ShowIcon(owner, ""));
   EXPECT_TRUE(
-      test::WaitUntil([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }, 2000));
+      test::WaitFor([] { return FindTrayIconWindow() && ::IsWindowVisible(FindTrayIconWindow()); }, 2s));
 
   owner.icon = LoadTrayIcon(IDI_TRAY_STOPPED);
   EXPECT_TRUE(tray.ChangeToolTip(owner, "Subliminal Message are OFF."));
 
   EXPECT_TRUE(tray.RemoveIcon(owner));
-  EXPECT_TRUE(test::WaitUntil(
-      [] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }, 2000));
+  EXPECT_TRUE(
+      test::WaitFor([] { return !FindTrayIconWindow() || !::IsWindowVisible(FindTrayIconWindow()); }, 2s));
 }
 
 // What the test saw while the menu's loop ran, from a timer of the owner.
@@ -215,7 +217,7 @@ TEST_F(TrayMenuWin32Test, TheMenuShowsTheMarksAndTheChosenItemRunsAfterItHasClos
   EXPECT_EQ(gProbe.items, (std::vector<std::string>{"Settings [greyed]", "-", "Start [checked]", "Stop", "-",
                                                     "Exit Application"}));
   EXPECT_EQ(commands.log, std::vector<std::string>{"pause"});
-  EXPECT_TRUE(test::WaitUntil([] { return OpenMenuWindow() == nullptr; }, 2000));
+  EXPECT_TRUE(test::WaitFor([] { return OpenMenuWindow() == nullptr; }, 2s));
 
   commands.log.clear();
   icon.Menu().mnuSettingsEnabled = true;
