@@ -22,8 +22,10 @@ constexpr const char* kSettings = "Arial\r\n28\r\nTrue\r\nFalse\r\n255\r\n1000\r
 constexpr const char* kCalm = "1First phrase\r\n1Second phrase\r\n1Third phrase\r\n0Left out";
 constexpr COLORREF kRed = RGB(255, 0, 0), kGrey = RGB(128, 128, 128);
 
-// Red pixels where the overlay is: a phrase on the screen.
+// Red pixels where the overlay is: a phrase on the screen. (The test's own
+// windows are served meanwhile.)
 bool PhraseOnScreen(const RunningProgram& program) {
+  Pump();
   return program.OverlayPixels(kRed) > 0;
 }
 
@@ -134,7 +136,13 @@ TEST_F(Program, AFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
     // phrase comes while the program fills the screen.
     ::SetWindowPos(other.Hwnd(), HWND_TOP, 0, 0, width, height, 0);
     ::SetForegroundWindow(other.Hwnd());
-    EXPECT_TRUE(WaitFor([&] { return !program->OverlayShown(); }, 3s)) << "the overlay is put away";
+    EXPECT_TRUE(WaitFor(
+        [&] {
+          Pump();
+          return !program->OverlayShown();
+        },
+        3s))
+        << "the overlay is put away";
     before = program->OverlayPhrase().value_or("");
     EXPECT_FALSE(WaitFor(
         [&] { return PhraseOnScreen(*program) || program->OverlayPhrase().value_or("") != before; }, 4s))

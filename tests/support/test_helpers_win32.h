@@ -42,14 +42,14 @@ inline void Pump() {
   }
 }
 
-// Runs this thread's window messages until the condition holds or the time
-// is up; whether it held.
+// Polls until the condition holds or the time is up; whether it held. (It
+// runs no window messages: a condition that needs this thread's windows
+// served calls Pump.)
 inline bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
   const auto end = std::chrono::steady_clock::now() + timeout;
   for (;;) {
     if (condition()) return true;
     if (std::chrono::steady_clock::now() >= end) return false;
-    Pump();
     ::Sleep(10);
   }
 }
