@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "../support/settings_layout_check_win32.h"
 #include "real_input_win32.h"
 #include "settings/settings_ids.h"
 
@@ -134,9 +133,9 @@ TEST(ProgramDpi, TheSettingsWindowHasCommonControls6StandsWhereTheLayoutPutsItAn
   const HWND rtf = Control(form, kIdRtfHelp), version = Control(form, kIdLblVersion);
   const HWND categories = Control(form, kIdLstMessageCategories);
   clickTab(3);
-  EXPECT_TRUE(WaitFor([&] { return AsciiText(rtf).find("All about it") != std::string::npos; }, 2s));
+  EXPECT_TRUE(WaitFor([&] { return Text(rtf).find("All about it") != std::string::npos; }, 2s));
   EXPECT_FALSE(::IsWindowVisible(categories));
-  EXPECT_EQ(AsciiText(version), "Version " + VersionValue());
+  EXPECT_EQ(Text(version), "Version " + VersionValue());
   clickTab(1);
   EXPECT_TRUE(WaitFor([&] { return ::IsWindowVisible(categories) != FALSE; }, 2s));
   EXPECT_FALSE(::IsWindowVisible(rtf));

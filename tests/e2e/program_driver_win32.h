@@ -9,12 +9,10 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 
 #include "../support/overlay_phrase_win32.h"
 #include "../support/test_helpers_win32.h"
@@ -28,16 +26,6 @@ inline std::string BuiltProgramPath() {
   for (char& c : path)
     if (c == '/') c = '\\';
   return path.starts_with('\\') ? "Z:" + path : path;
-}
-
-// Polls until the condition holds or the time is up; true when it held.
-inline bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-  const auto end = std::chrono::steady_clock::now() + timeout;
-  for (;;) {
-    if (condition()) return true;
-    if (std::chrono::steady_clock::now() >= end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
 }
 
 // A fresh program folder in the temporary folder, holding its own copy of

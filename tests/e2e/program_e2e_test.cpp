@@ -55,7 +55,7 @@ class Program : public ::testing::Test {
 TEST_F(Program, StartsInTheTrayAndFlashesTheCheckedPhrasesInOrderInTheStoredColour) {
   ASSERT_TRUE(program->WaitForWindows()) << BuiltProgramPath();
   EXPECT_FALSE(::IsWindowVisible(program->SettingsWindow())) << "a normal start ends with the window hidden";
-  EXPECT_EQ(AsciiText(program->SettingsWindow()), "Quillmere - Settings");
+  EXPECT_EQ(Text(program->SettingsWindow()), "Quillmere - Settings");
 
   // Watch phrases come: the overlay's phrase follows the list's order, and
   // the phrases are seen on the screen in red. The flasher starts at the
@@ -161,7 +161,7 @@ TEST_F(Program, AFullScreenProgramKeepsPhrasesAwayUntilItCloses) {
 TEST_F(Program, ExitAsksAndOnlyYesEndsTheProgramWithoutWritingAnything) {
   ASSERT_TRUE(program->ChooseFromTray(kExitItem));
   ASSERT_TRUE(WaitFor([&] { return program->MessageBox() != nullptr; }, 3s));
-  EXPECT_EQ(AsciiText(program->MessageBox()), "Quillmere");
+  EXPECT_EQ(Text(program->MessageBox()), "Quillmere");
   EXPECT_EQ(Answer(*program, IDNO), "Are you sure you wish to exit the application?");
   EXPECT_TRUE(program->Running());
   EXPECT_TRUE(WaitFor([&] { return PhraseOnScreen(*program); }, 8s)) << "No leaves it running";

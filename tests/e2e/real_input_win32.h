@@ -10,31 +10,11 @@
 #include <string>
 #include <string_view>
 
+#include "../support/settings_layout_check_win32.h"
 #include "program_driver_win32.h"
 #include "settings/settings_ids.h"
 
 namespace qm::test {
-
-// The settings window's child by id, directly or in the panel Picture2.
-inline HWND Control(HWND form, int id) {
-  if (const HWND direct = ::GetDlgItem(form, id)) return direct;
-  return ::GetDlgItem(::GetDlgItem(form, kIdPicture2), id);
-}
-
-// The text with every character outside ASCII shown as "?".
-inline std::string Ascii(std::wstring_view text) {
-  std::string out;
-  for (wchar_t c : text) out += c < 128 ? static_cast<char>(c) : '?';
-  return out;
-}
-
-// The window's text, asked of it with a time limit, in ASCII.
-inline std::string AsciiText(HWND hwnd) {
-  wchar_t text[8192] = {};
-  ::SendMessageTimeoutW(hwnd, WM_GETTEXT, 8192, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000,
-                        nullptr);
-  return Ascii(text);
-}
 
 inline POINT Middle(HWND hwnd) {
   RECT r{};

@@ -23,7 +23,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr UINT kGetItemCount = 0x1004;  // LVM_GETITEMCOUNT
 constexpr COLORREF kRed = RGB(255, 0, 0), kGrey = RGB(192, 192, 192);
 
 // A library of two categories, one checked, no settings file, and a DATA01
@@ -77,12 +76,12 @@ TEST_F(SettingsWindow, TypingAndClickingAddsRenamesAndDeletesWithTheExpectedByte
   const HWND category = Control(form, kIdTxtEditCat);
   // The category box drops the full stop as it is typed.
   TypeInto(category, L"Re.lax");
-  EXPECT_EQ(AsciiText(category), "Relax");
+  EXPECT_EQ(Text(category), "Relax");
   Click(Control(form, kIdCmdAddCat));
   ASSERT_TRUE(WaitFor([&] { return folder->Has("\\Lists\\Relax.lst"); }, 3s));
   EXPECT_EQ(folder->Get("\\Lists\\Relax.lst"), "");
   EXPECT_EQ(folder->Get("\\_._"), "1Calm\r\n0Other\r\n0Relax");
-  EXPECT_EQ(AsciiText(category), "");
+  EXPECT_EQ(Text(category), "");
 
   // Enter in the phrase box adds the phrase, checked.
   SelectRow(form, kIdLstMessageCategories, 2);
@@ -93,7 +92,7 @@ TEST_F(SettingsWindow, TypingAndClickingAddsRenamesAndDeletesWithTheExpectedByte
 
   // Rename: Edit puts the name into the box, Add renames it.
   Click(Control(form, kIdCmdEditCat));
-  EXPECT_TRUE(WaitFor([&] { return AsciiText(category) == "Relax"; }, 2s));
+  EXPECT_TRUE(WaitFor([&] { return Text(category) == "Relax"; }, 2s));
   TypeInto(category, L"Rest");
   Click(Control(form, kIdCmdAddCat));
   ASSERT_TRUE(
@@ -110,7 +109,7 @@ TEST_F(SettingsWindow, TypingAndClickingAddsRenamesAndDeletesWithTheExpectedByte
   Click(Control(form, kIdCmdDeleteCat));
   EXPECT_EQ(Answer(*program, IDYES), "Are you sure you wish to delete this category?");
   EXPECT_TRUE(WaitFor([&] { return folder->Get("\\_._") == "1Calm\r\n0Other"; }, 3s)) << folder->Get("\\_._");
-  EXPECT_EQ(::SendMessageW(Control(form, kIdLstMessageCategories), kGetItemCount, 0, 0), 2);
+  EXPECT_EQ(ListView_GetItemCount(Control(form, kIdLstMessageCategories)), 2);
 }
 
 TEST_F(SettingsWindow, TabWalksTheWholeWindowAndAltXAsksBeforeTheProgramEnds) {
@@ -142,8 +141,8 @@ TEST_F(SettingsWindow, TheFontChooserFromEditFontStoresItsAnswerAndACancelStores
   // Cancel: the preview's 9.75 points are stored as 10.
   HWND dialog = OpenFontChooser(*program, form);
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(AsciiText(dialog), "Font");
-  EXPECT_EQ(AsciiText(::GetDlgItem(dialog, cmb3)), "10");
+  EXPECT_EQ(Text(dialog), "Font");
+  EXPECT_EQ(Text(::GetDlgItem(dialog, cmb3)), "10");
   Click(::GetDlgItem(dialog, IDCANCEL));
   ASSERT_TRUE(WaitFor([&] { return folder->Has("\\__.__"); }, 3s));
   EXPECT_EQ(folder->Get("\\__.__"), "Arial\r\n10\r\nFalse\r\nFalse\r\n12632256\r\n1\r\n1");
@@ -157,7 +156,7 @@ TEST_F(SettingsWindow, TheFontChooserFromEditFontStoresItsAnswerAndACancelStores
   ASSERT_TRUE(faceEdit && styleEdit && ChooserEdit(dialog, cmb3));
   Click(faceEdit);
   PressKey(VK_DOWN);
-  EXPECT_EQ(AsciiText(faceEdit), "Courier New");
+  EXPECT_EQ(Text(faceEdit), "Courier New");
   Click(ChooserEdit(dialog, cmb3));
   ::SendMessageW(ChooserEdit(dialog, cmb3), EM_SETSEL, 0, -1);
   TypeText(L"24");
@@ -165,7 +164,7 @@ TEST_F(SettingsWindow, TheFontChooserFromEditFontStoresItsAnswerAndACancelStores
   PressKey(VK_HOME);
   PressKey(VK_DOWN);
   PressKey(VK_DOWN);
-  EXPECT_EQ(AsciiText(styleEdit), "Bold");
+  EXPECT_EQ(Text(styleEdit), "Bold");
   Click(::GetDlgItem(dialog, IDOK));
   EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("12632256", 1, 1); }, 3s))
       << folder->Get("\\__.__");
@@ -187,7 +186,7 @@ TEST_F(SettingsWindow, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSave
           const int at = want < 0 ? position(id) : want;
           const std::string v = std::to_string(at);
           return position(id) == at &&
-                 AsciiText(Control(form, duration ? kIdLblDuration : kIdLblFrequency)) ==
+                 Text(Control(form, duration ? kIdLblDuration : kIdLblFrequency)) ==
                      (duration ? "Duration: " + v + " Millisecond(s)" : "Frequency: " + v + " Second(s)") &&
                  folder->Get("\\__.__") == (duration ? Settings("12632256", at, position(kIdBvlWheel2))
                                                      : Settings("12632256", position(kIdBvlWheel1), at));
@@ -201,8 +200,7 @@ TEST_F(SettingsWindow, TurningTheWheelsWithTheMouseAndTheKeysRelabelsThemAndSave
   ::GetWindowRect(Control(form, kIdBvlWheel1), &bar);
   ClickScreen({bar.right - 12, (bar.top + bar.bottom) / 2});
   EXPECT_TRUE(WaitFor([&] { return position(kIdBvlWheel1) > 1; }, 3s));
-  EXPECT_TRUE(shown(kIdBvlWheel1)) << AsciiText(Control(form, kIdLblDuration)) << " "
-                                   << folder->Get("\\__.__");
+  EXPECT_TRUE(shown(kIdBvlWheel1)) << Text(Control(form, kIdLblDuration)) << " " << folder->Get("\\__.__");
 
   // End, given with the wheel's focus, goes to the top.
   PressKey(VK_END);
@@ -246,7 +244,7 @@ TEST_F(SettingsWindow, APickedColourShowsInThePreviewAndWhiteIsStoredAsAlmostWhi
 
   PickColour(*program, form, L"White");
   EXPECT_TRUE(WaitFor([&] { return folder->Get("\\__.__") == Settings("16777214", 1000, 1); }, 3s));
-  EXPECT_EQ(AsciiText(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
+  EXPECT_EQ(Text(Control(form, kIdColorPicker1)), "RGB 254, 255, 255");
   EXPECT_GT(CountScreenColour(dark, RGB(254, 255, 255)), 20);
 
   PickColour(*program, form, L"Red");
@@ -308,7 +306,7 @@ TEST(HostileFolders, AFileInPlaceOfTheListsFolderIsNamedWhenACategoryCannotBeCre
   EXPECT_EQ(folder.Get("\\Lists"), "not a folder");
   EXPECT_FALSE(folder.Has("\\_._"));
   // Nothing is listed that has no file, and the program goes on.
-  EXPECT_EQ(::SendMessageW(Control(form, kIdLstMessageCategories), kGetItemCount, 0, 0), 0);
+  EXPECT_EQ(ListView_GetItemCount(Control(form, kIdLstMessageCategories)), 0);
   ASSERT_TRUE(program.Running());
 
   ASSERT_TRUE(folder.Remove("\\Lists"));

@@ -1,13 +1,12 @@
-// The settings window's layout as its description gives it (twips: left,
-// top, width, height) and a check that a window on the screen, in this
-// process or another one, stands where that layout puts it at a given dots
-// per inch. Shared by the shell tests of the window and the end-to-end
+// The settings window's controls by id, its layout as its description
+// gives it (twips: left, top, width, height) and a check that a window on
+// the screen, in this process or another one, stands where that layout
+// puts it at a given dots per inch. Shared by the shell tests of the window and the end-to-end
 // tests of the program at other scalings.
 #pragma once
 
-#include <windows.h>
-
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <cstdlib>
 
@@ -51,8 +50,16 @@ inline constexpr LayoutPlace kSettingsLayout[] = {
     {kIdPicture1, false, 3540 + 240, 3660 + 840, 2715, 795},
 };
 
+// The settings window's child by id, directly or in the panel Picture2.
+inline HWND Control(HWND form, int id) {
+  if (const HWND direct = ::GetDlgItem(form, id)) return direct;
+  return ::GetDlgItem(::GetDlgItem(form, kIdPicture2), id);
+}
+
 // Pixels for twips at `dpi`, by the system's own rounding.
-inline int LayoutPixels(int twips, int dpi) { return ::MulDiv(twips, dpi, 1440); }
+inline int LayoutPixels(int twips, int dpi) {
+  return ::MulDiv(twips, dpi, 1440);
+}
 
 // A control's rectangle in the client area of `container`.
 inline RECT RectIn(HWND control, HWND container) {
@@ -83,12 +90,13 @@ inline void ExpectSettingsLayout(HWND form, int dpi, int tolerance) {
     ASSERT_NE(control, nullptr) << "control " << p.id;
     const RECT got = RectIn(control, container);
     const RECT want{px(p.left), px(p.top), px(p.left) + px(p.width), px(p.top) + px(p.height)};
-    const bool within = std::abs(got.left - want.left) <= tolerance && std::abs(got.top - want.top) <= tolerance &&
-                      std::abs(got.right - want.right) <= tolerance &&
-                      std::abs(got.bottom - want.bottom) <= tolerance;
-    EXPECT_TRUE(within) << "control " << p.id << " at " << dpi << " dpi: " << got.left << "," << got.top << " "
-                      << got.right - got.left << "x" << got.bottom - got.top << ", the layout wants " << want.left
-                      << "," << want.top << " " << want.right - want.left << "x" << want.bottom - want.top;
+    const bool within =
+        std::abs(got.left - want.left) <= tolerance && std::abs(got.top - want.top) <= tolerance &&
+        std::abs(got.right - want.right) <= tolerance && std::abs(got.bottom - want.bottom) <= tolerance;
+    EXPECT_TRUE(within) << "control " << p.id << " at " << dpi << " dpi: " << got.left << "," << got.top
+                        << " " << got.right - got.left << "x" << got.bottom - got.top << ", the layout wants "
+                        << want.left << "," << want.top << " " << want.right - want.left << "x"
+                        << want.bottom - want.top;
   }
 }
 

@@ -1,26 +1,36 @@
 // Helpers the Windows shell and end-to-end tests share: a window's text,
 // the waiting window messages run, waiting for a condition, a capture of
 // the screen as the user sees it, the process's GDI objects, and the
-// system's dialogs of this thread answered from a timer, as a person would
-// answer them.
+// system's dialogs of this thread answered from a timer with OK, as a person
+// would answer them.
 #pragma once
 
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qm::test {
 
-// The window's text with every character outside ASCII shown as "?".
-inline std::string Text(HWND hwnd) {
-  wchar_t text[4096] = {};
-  const int n = ::GetWindowTextW(hwnd, text, 4096);
+// The text with every character outside ASCII shown as "?".
+inline std::string Ascii(std::wstring_view text) {
   std::string out;
-  for (int i = 0; i < n; ++i) out += text[i] < 128 ? static_cast<char>(text[i]) : '?';
+  for (wchar_t c : text) out += c < 128 ? static_cast<char>(c) : '?';
   return out;
+}
+
+// The window's text, asked of it with a time limit (it may belong to
+// another process), in ASCII.
+inline std::string Text(HWND hwnd) {
+  wchar_t text[8192] = {};
+  ::SendMessageTimeoutW(hwnd, WM_GETTEXT, 8192, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 2000,
+                        nullptr);
+  return Ascii(text);
 }
 
 // Runs the window messages that are waiting.
@@ -32,15 +42,14 @@ inline void Pump() {
   }
 }
 
-// Runs the window messages until the condition holds or `ms` milliseconds
-// have passed; whether it held.
-template <typename F>
-bool WaitUntil(F condition, DWORD ms) {
-  const DWORD start = ::GetTickCount();
+// Polls until the condition holds or the time is up; whether it held. (It
+// runs no window messages: a condition that needs this thread's windows
+// served calls Pump.)
+inline bool WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
+  const auto end = std::chrono::steady_clock::now() + timeout;
   for (;;) {
     if (condition()) return true;
-    if (::GetTickCount() - start >= ms) return condition();
-    Pump();
+    if (std::chrono::steady_clock::now() >= end) return false;
     ::Sleep(10);
   }
 }
@@ -135,23 +144,13 @@ class ColourWindow {
   HWND hwnd_ = nullptr;
 };
 
-// The command the next answer gives the first visible dialog box of this
-// thread, and whether one was answered since gAnswered was cleared.
-inline WPARAM gAnswer = IDCANCEL;
-inline bool gAnswered = false;
-
+// Presses OK in the first visible dialog box of this thread.
 inline BOOL CALLBACK AnswerDialog(HWND hwnd, LPARAM) {
   char name[16] = {};
   if (!::IsWindowVisible(hwnd) || !::GetClassNameA(hwnd, name, sizeof name) || std::string(name) != "#32770")
     return TRUE;
-  ::PostMessageW(hwnd, WM_COMMAND, gAnswer, 0);
-  gAnswered = true;
+  ::PostMessageW(hwnd, WM_COMMAND, IDOK, 0);
   return FALSE;
-}
-
-// A timer procedure that answers one dialog.
-inline void CALLBACK AnswerTimer(HWND, UINT, UINT_PTR, DWORD) {
-  if (!gAnswered) ::EnumThreadWindows(::GetCurrentThreadId(), AnswerDialog, 0);
 }
 
 // A timer procedure that answers the open dialog at every tick.

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,6 @@ namespace qm::win32 {
 namespace {
 
 using test::AnswerEveryTime;
-using test::gAnswer;
-using test::gAnswered;
 
 class Recorder final : public CommonDialogEvents {
  public:
@@ -32,11 +31,8 @@ class Recorder final : public CommonDialogEvents {
 };
 
 TEST(CommonDialogFile, SaveReturnsThePathAndTheHookCanKeepTheDialogOpenOnce) {
-  wchar_t folder[MAX_PATH] = {};
-  ::GetTempPathW(MAX_PATH, folder);
-  std::string path;
-  for (const wchar_t* c = folder; *c; ++c) path += static_cast<char>(*c);  // an ASCII folder here
-  path += "Quillmere-save.lst";
+  // An ASCII folder here.
+  const std::string path = (std::filesystem::temp_directory_path() / "Quillmere-save.lst").string();
   Recorder recorder;
   cCommonDialog dialog(&recorder);
   dialog.FileName = path;
@@ -44,7 +40,6 @@ TEST(CommonDialogFile, SaveReturnsThePathAndTheHookCanKeepTheDialogOpenOnce) {
   dialog.HookDialog = true;
   // The first OK is refused by the hook, the second closes the dialog.
   recorder.keepOpenOnce = true;
-  gAnswer = IDOK;
   const UINT_PTR timer = ::SetTimer(nullptr, 0, 300, AnswerEveryTime);
   EXPECT_NO_THROW(dialog.ShowSave());
   ::KillTimer(nullptr, timer);
