@@ -45,7 +45,12 @@ class BlueHost : public Window {
 // Runs the message loop for `ms` milliseconds, so that posted messages are
 // handled and windows are painted and reach the screen.
 inline void PumpMessages(DWORD ms) {
-  test::WaitUntil([] { return false; }, ms);
+  test::WaitFor(
+      [] {
+        test::Pump();
+        return false;
+      },
+      std::chrono::milliseconds(ms));
 }
 
 // The screen pixel at x, y of a window, once its painting is done.
