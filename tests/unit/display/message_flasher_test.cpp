@@ -435,17 +435,13 @@ TEST(StaysQuiet, WhenTheShellSaysTheUserIsBusyOrTheWindowInFrontFillsItsMonitor)
   EXPECT_FALSE(StaysQuiet(std::nullopt, {Kind::Other, {0, 0, 1920, 1080}, {}}));
 }
 
-TEST(LcgRandomTest, RndNumEndsComeWithHalfTheWeightAndRestartsRepeat) {
-  LcgRandom random(12345);
-  test::FakeClock clock;
-  auto t1 = clock.MakeTimer(), t2 = clock.MakeTimer();
-  RecordingView view;
-  Host host;
-  frmMessage flasher{view, *t1, *t2, random, host};
+TEST_F(FlasherTest, WithTheLcgRndNumEndsComeWithHalfTheWeightAndRestartsRepeat) {
+  LcgRandom lcg(12345);
+  frmMessage drawing{view, *frequency, *display, lcg, host};
 
   std::map<int, int> counts;
   constexpr int kDraws = 110000;
-  for (int i = 0; i < kDraws; ++i) ++counts[flasher.RndNum(10, 0)];
+  for (int i = 0; i < kDraws; ++i) ++counts[drawing.RndNum(10, 0)];
   ASSERT_EQ(counts.size(), 11u) << "only 0 to 10, each of them";
   for (int v = 1; v <= 9; ++v) EXPECT_NEAR(counts[v], kDraws / 10, kDraws / 100) << v;
   EXPECT_NEAR(counts[0], kDraws / 20, kDraws / 100);
