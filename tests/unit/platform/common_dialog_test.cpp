@@ -26,26 +26,21 @@ TEST(FontChooserRequest, TheProgramsCallAsksForScreenFontsFromTheFontRecordOnly)
   EXPECT_EQ(PrepareChooseFont({"Arial", 9.75}, args, 15).record.pointSize, 98);  // 97.5, half to even
 }
 
+// Arguments the program itself never passes: one check of each.
 TEST(FontChooserRequest, EffectsLimitsPrinterAndHookFollowTheArguments) {
-  ChooseFontArgs args;
-  args.minSize = 8;
-  ChooseFontRequest r = PrepareChooseFont(kTenPoint, args, 15);
-  EXPECT_EQ(r.record.flags, kScreenFonts | kInitToLogFontStruct | kLimitSize);
-  EXPECT_EQ(r.record.sizeMin, 8);
-  EXPECT_EQ(r.record.sizeMax, 0);
+  ChooseFontArgs limits, effects, printer;
+  limits.minSize = 8;
+  EXPECT_EQ(PrepareChooseFont(kTenPoint, limits, 15).record.flags,
+            kScreenFonts | kInitToLogFontStruct | kLimitSize);
+  effects.color = 255;
+  effects.flags = kEnableHook | kEnableTemplate | kApply;  // always cleared
+  EXPECT_EQ(PrepareChooseFont(kTenPoint, effects, 15).record.flags,
+            kScreenFonts | kInitToLogFontStruct | kEffects);
 
-  args = {};
-  args.color = 255;
-  args.flags = kEnableHook | kEnableTemplate | kApply;  // always cleared
-  r = PrepareChooseFont(kTenPoint, args, 15);
-  EXPECT_EQ(r.record.flags, kScreenFonts | kInitToLogFontStruct | kEffects);
-  EXPECT_EQ(r.record.color, 255u);
-
-  args = {};
-  args.printerDc = 1234;  // a printer context given: printer fonts, no screen fonts
-  args.hook = true;
-  args.owner = 77;
-  r = PrepareChooseFont(kTenPoint, args, 15);
+  printer.printerDc = 1234;  // a printer context given: printer fonts, no screen fonts
+  printer.hook = true;
+  printer.owner = 77;
+  const ChooseFontRequest r = PrepareChooseFont(kTenPoint, printer, 15);
   EXPECT_EQ(r.record.flags, kPrinterFonts | kInitToLogFontStruct | kEnableHook);
   EXPECT_TRUE(r.record.printerDc && r.record.hook && r.record.hasOwner);
 
