@@ -1,11 +1,14 @@
-// Doubles for a real flasher outside the display tests: an overlay that
-// keeps what it was told and draws nothing, a generator of one fixed
-// value, a host whose settings window and tray menu are both closed, and
-// a user whose notification state and window in front a test sets.
+// Doubles for a real flasher: an overlay that keeps what it was told and
+// draws nothing (for tests outside the display's own), a generator of
+// scripted values, a host whose settings window and tray menu are both
+// closed, and a user whose notification state and window in front a test
+// sets.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "display/message_flasher.h"
 #include "platform/user_attention.h"
@@ -38,11 +41,20 @@ class StateOverlay final : public OverlayView {
   OleColor color = 0;
 };
 
+// Hands out the queued values first, then its one value for ever; keeps
+// the seeds it was given.
 class FixedRandom final : public RandomSource {
  public:
   explicit FixedRandom(float value = 0.5f) : value_(value) {}
-  void Randomize(unsigned) override {}
-  float Next() override { return value_; }
+  void Randomize(unsigned start) override { starts.push_back(start); }
+  float Next() override {
+    if (values.empty()) return value_;
+    const float v = values.front();
+    values.pop_front();
+    return v;
+  }
+  std::deque<float> values;
+  std::vector<unsigned> starts;
 
  private:
   float value_;

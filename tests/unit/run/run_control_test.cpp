@@ -131,10 +131,6 @@ TEST_F(RunControlTest, GathersNothingFromMissingOrBlankFiles) {
   EXPECT_EQ(run.GetCheckedPhrases(), std::nullopt);
   Library("1Blank\r\n1Empty", {{"Blank", "   "}, {"Empty", ""}});
   EXPECT_EQ(run.GetCheckedPhrases(), std::nullopt);
-  PhraseList list;
-  RunControl::AddToArray(list, "Once");
-  RunControl::AddToArray(list, "ONCE");
-  EXPECT_EQ(list, (Phrases{"Once"}));
   EXPECT_FALSE(RunControl::InArray(std::nullopt, "x"));
 }
 
@@ -275,13 +271,6 @@ TEST_F(RunControlTest, StartUpStopsTheFlasherThenStartsUnlessItIsAFirstRun) {
   run.StartUpEnd("quillmere.exe", prompts);
   EXPECT_FALSE(host.settingsVisible);
   EXPECT_EQ(Shown(1), (Phrases{"Two"}));
-}
-
-TEST(RunControlCommandLine, FirstRunIsAWordAnywhereInAnyCase) {
-  EXPECT_TRUE(RunControl::IsFirstRun("firstrun"));
-  EXPECT_TRUE(RunControl::IsFirstRun("\"C:\\Quillmere\\quillmere.exe\" FIRSTRUN"));
-  EXPECT_FALSE(RunControl::IsFirstRun("quillmere.exe first run"));
-  EXPECT_FALSE(RunControl::IsFirstRun(""));
 }
 
 }  // namespace
