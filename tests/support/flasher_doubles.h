@@ -42,7 +42,7 @@ class StateOverlay final : public OverlayView {
 };
 
 // Hands out the queued values first, then its one value for ever; keeps
-// the seeds it was given.
+// the starting numbers it was given.
 class FixedRandom final : public RandomSource {
  public:
   explicit FixedRandom(float value = 0.5f) : value_(value) {}
