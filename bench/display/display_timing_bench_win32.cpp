@@ -18,18 +18,13 @@
 #include <string>
 #include <vector>
 
+#include "../../tests/support/flasher_doubles.h"
 #include "display/message_window_win32.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-
-class Host final : public qm::FlasherHost {
- public:
-  bool SettingsWindowVisible() const override { return false; }
-  bool TrayMenuOpen() const override { return false; }
-};
 
 // Prints the figures in milliseconds of samples taken for `asked` (a
 // duration in ms, or with another unit a length).
@@ -132,7 +127,7 @@ std::vector<double> TickCosts(qm::win32::MessageLoop& loop, qm::frmMessage& form
 }  // namespace
 
 int main() {
-  Host host;
+  qm::test::ClosedHost host;
   qm::win32::MessageLoop loop;
   qm::win32::MessageWindow window(host, loop);
   qm::frmMessage& form = window.Form();

@@ -6,21 +6,18 @@
 // other, as when the user tries many fonts: the system's font cache may
 // keep something of each font it has made.
 #include <windows.h>
+// (after windows.h, which it needs)
 #include <psapi.h>
 
 #include <chrono>
 #include <cstdio>
 #include <string>
 
+#include "../../tests/support/flasher_doubles.h"
+#include "../../tests/support/test_helpers_win32.h"
 #include "display/message_window_win32.h"
 
 namespace {
-
-class Host final : public qm::FlasherHost {
- public:
-  bool SettingsWindowVisible() const override { return false; }
-  bool TrayMenuOpen() const override { return false; }
-};
 
 // Figures this system does not report read "n/a" (Wine reports no object
 // counts and no private bytes; its committed and working-set figures
@@ -33,34 +30,29 @@ void PrintFootprint(const char* when) {
                          sizeof memory);
   DWORD handles = 0;
   ::GetProcessHandleCount(::GetCurrentProcess(), &handles);
-  const auto figure = [](unsigned long long value) { return value ? std::to_string(value) : std::string("n/a"); };
+  const auto figure = [](unsigned long long value) {
+    return value ? std::to_string(value) : std::string("n/a");
+  };
   std::printf("  %-13s committed %s KiB  working set %s KiB  private %s KiB  GDI %s  USER %s  handles %s\n",
               when, figure(memory.PagefileUsage / 1024).c_str(), figure(memory.WorkingSetSize / 1024).c_str(),
               figure(memory.PrivateUsage / 1024).c_str(),
               figure(::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS)).c_str(),
-              figure(::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS)).c_str(), figure(handles).c_str());
+              figure(::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS)).c_str(),
+              figure(handles).c_str());
   std::fflush(stdout);
-}
-
-// Handles every message waiting, as the program's loop does between ticks.
-void Drain() {
-  MSG msg;
-  while (::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-    ::TranslateMessage(&msg);
-    ::DispatchMessageA(&msg);
-  }
 }
 
 }  // namespace
 
 int main() {
-  Host host;
+  qm::test::ClosedHost host;
   qm::win32::MessageLoop loop;
   qm::win32::MessageWindow window(host, loop);
   qm::frmMessage& form = window.Form();
   form.SetLabelColor(qm::Rgb(200, 0, 0));
   qm::PhraseList::value_type phrases;
-  for (int i = 0; i < 97; ++i) phrases.push_back("Phrase " + std::string(static_cast<std::size_t>(i % 40), 'x'));
+  for (int i = 0; i < 97; ++i)
+    phrases.push_back("Phrase " + std::string(static_cast<std::size_t>(i % 40), 'x'));
   form.MessageList = qm::PhraseList{phrases};
   form.HideLabel();
   form.Show();
@@ -68,9 +60,9 @@ int main() {
 
   const auto flash = [&] {
     form.TimerFrequency_Timer();
-    Drain();  // the phrase is painted
+    qm::test::Pump();  // the phrase is painted
     form.TimerDisplayLength_Timer();
-    Drain();
+    qm::test::Pump();
   };
   std::printf("ten thousand flashes through the overlay, in Arial 28 bold:\n");
   form.SetLabelFont({"Arial", 28, true, false, false, false});
