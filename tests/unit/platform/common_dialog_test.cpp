@@ -28,14 +28,17 @@ TEST(FontChooserRequest, TheProgramsCallAsksForScreenFontsFromTheFontRecordOnly)
   EXPECT_EQ(PrepareChooseFont({std::string(40, 'F'), 10}, args, 15).logFont.faceName, std::string(31, 'F'));
 }
 
-// Arguments the program itself never passes: one check of their flags.
+// Arguments the program itself never passes: one check of their flags and
+// of the owner.
 TEST(FontChooserRequest, EffectsLimitsAndHookFollowTheArguments) {
   ChooseFontArgs args;
   args.minSize = 8;
   args.color = 255;
   args.hook = true;
-  EXPECT_EQ(PrepareChooseFont(kTenPoint, args, 15).record.flags,
-            kScreenFonts | kInitToLogFontStruct | kLimitSize | kEffects | kEnableHook);
+  args.owner = 77;
+  const ChooseFontFields r = PrepareChooseFont(kTenPoint, args, 15).record;
+  EXPECT_EQ(r.flags, kScreenFonts | kInitToLogFontStruct | kLimitSize | kEffects | kEnableHook);
+  EXPECT_TRUE(r.hasOwner);
 }
 
 TEST(FontChooserResult, OnlyAConfirmationCopiesBackAndAFailureRaisesTheWrappersError) {
